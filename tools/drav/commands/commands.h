@@ -1,0 +1,15 @@
+// The commands of the tool. A new one is a new file beside this one and a new row of the table.
+#pragma once
+
+#include <CLI/CLI.hpp>
+
+// Adds the command to the parser. What it does is its callback, which sets `exitStatus`, or throws
+// UsageError.
+using AddCommand = void (*)(CLI::App &tool, int &exitStatus);
+
+void addInfo(CLI::App &tool, int &exitStatus);
+void addConvert(CLI::App &tool, int &exitStatus);
+void addFormats(CLI::App &tool, int &exitStatus);
+
+// In the order in which --help lists them.
+inline constexpr AddCommand kCommands[] = {addInfo, addConvert, addFormats};
