@@ -49,7 +49,7 @@ class Ref {
 
   [[nodiscard]] Handle get() const noexcept { return handle_; }
   Handle operator->() const noexcept { return handle_; }
-  std::remove_pointer_t<Handle> &operator*() const noexcept { return *handle_; }
+  std::add_lvalue_reference_t<std::remove_pointer_t<Handle>> operator*() const noexcept { return *handle_; }
   explicit operator bool() const noexcept { return handle_ != nullptr; }
 
  private:
