@@ -57,6 +57,7 @@ bool takeProfile(DRAVCFImageLoaderRef loader) {
   CMProfileLocation location{};
   location.locType = kHandleBasedLocation;
   location.u.handleLoc.h = handle;
+  location.u.handleLoc.size = GetHandleSize(handle);
   if (CMOpenProfile(&loader->profile, &location) != noErr) return false;
   Boolean valid = 0;
   Boolean preferredCMMNotFound = 0;
