@@ -1,8 +1,9 @@
 #pragma once
 // Pixels between bytes and normalised single-precision floats (value = byte / 255).
 //
-// A pixel is one byte of grey (S), four bytes ignored-red-green-blue (XRGB) or four bytes alpha-red-green-blue
-// with the colour multiplied by alpha (ARGB). Float pixels hold grey; red, green, blue; or alpha, red, green, blue.
+// A pixel is one byte of grey (S), four bytes ignored-red-green-blue (XRGB) or four bytes
+// alpha-red-green-blue with the colour multiplied by alpha (ARGB). Float pixels hold grey; red, green, blue;
+// or alpha, red, green, blue.
 
 #include <array>
 #include <climits>
@@ -15,8 +16,8 @@ namespace drav {
 // A true division: multiplying by a rounded reciprocal gives another float for some bytes.
 inline float unitFromByte(uint8_t byte) noexcept { return static_cast<float>(byte) / 255.0F; }
 
-// The scaled component as a whole number, halves away from zero. What no long can hold has no portable result from
-// lroundf, so it is settled here: NaN is 0, anything else is the nearest long.
+// The scaled component as a whole number, halves away from zero. What no long can hold has no portable result
+// from lroundf, so it is settled here: NaN is 0, anything else is the nearest long.
 inline long roundedComponent(float component) noexcept {
   const float scaled = component * 255.0F;
   if (scaled >= static_cast<float>(LONG_MAX)) return LONG_MAX;

@@ -2,8 +2,8 @@
 // One blend mode, one struct: what it does to a pixel without alpha, and to one with alpha.
 //
 // The precision is part of each formula. Components are floats, so an operation on two of them is single; the
-// constants written 1.0, 2.0 ... are doubles on purpose, and what they touch is double until it is stored. A fused
-// or re-ordered operation changes bytes.
+// constants written 1.0, 2.0 ... are doubles on purpose, and what they touch is double until it is stored. A
+// fused or re-ordered operation changes bytes.
 
 #include <cmath>
 
@@ -11,8 +11,9 @@
 
 namespace drav {
 
-// What some modes do to a whole pixel instead of computing. An opaque destination cannot carry the alpha that the
-// Porter-Duff modes produce: there they copy, keep or clear. Cleared is white without alpha, transparent with it.
+// What some modes do to a whole pixel instead of computing. An opaque destination cannot carry the alpha that
+// the Porter-Duff modes produce: there they copy, keep or clear. Cleared is white without alpha, transparent
+// with it.
 enum class Effect { compute, clear, copy, keep };
 
 // Wrapped keeps the low 8 bits: the results of those modes stay within 0 ... 1 for every valid pixel.
@@ -164,8 +165,7 @@ struct SoftLight : Blend<kDRAVCFBlendModeSoftLight> {
   }
   static float colour(float sc, float dc, const Alphas &a) {
     const float m = a.d != 0.0F ? dc / a.d : 0.0F;
-    if (2.0 * sc < a.s)
-      return single(dc * (a.s - (1.0 - m) * (2.0 * sc - a.s)) + sc * a.kd + dc * a.ks);
+    if (2.0 * sc < a.s) return single(dc * (a.s - (1.0 - m) * (2.0 * sc - a.s)) + sc * a.kd + dc * a.ks);
     if (8.0 * dc <= a.d)
       return single(dc * (a.s - (1.0 - m) * (2.0 * sc - a.s) * (3.0 - 8.0 * m)) + sc * a.kd + dc * a.ks);
     return single(dc * a.s + (std::pow(static_cast<double>(m), 0.5) * a.d - dc) * (2.0 * sc - a.s) +

@@ -35,7 +35,6 @@ enum {
 };
 typedef void (*DRAVCFCompositeFunction)(const uint8_t *source, uint8_t *destination);
 enum { kCGImageAlphaNone = 0, kCGImageAlphaPremultipliedFirst = 2, kCGImageAlphaNoneSkipFirst = 6 };
-extern "C" __attribute__((visibility("default"))) DRAVCFCompositeFunction DRAVCFImageCompositorForParameters(uint32_t componentCount,
-                                                                                  uint32_t alphaInfo,
-                                                                                  uint32_t mode);
+extern "C" __attribute__((visibility("default"))) DRAVCFCompositeFunction DRAVCFImageCompositorForParameters(
+    uint32_t componentCount, uint32_t alphaInfo, uint32_t mode);
 #endif

@@ -59,15 +59,15 @@ void blendARGB(const uint8_t *source, uint8_t *destination) noexcept {
 
 }  // namespace
 
-#define DRAV_DEFINE_KERNELS(Mode)                                                            \
-  void Composite_S_8_##Mode(const uint8_t *source, uint8_t *destination) noexcept {          \
-    blendOpaque<Grey, mode::Mode>(source, destination);                                      \
-  }                                                                                          \
-  void Composite_RGB_888_##Mode(const uint8_t *source, uint8_t *destination) noexcept {      \
-    blendOpaque<Colour, mode::Mode>(source, destination);                                    \
-  }                                                                                          \
-  void Composite_ARGB_8888_##Mode(const uint8_t *source, uint8_t *destination) noexcept {    \
-    blendARGB<mode::Mode>(source, destination);                                              \
+#define DRAV_DEFINE_KERNELS(Mode)                                                         \
+  void Composite_S_8_##Mode(const uint8_t *source, uint8_t *destination) noexcept {       \
+    blendOpaque<Grey, mode::Mode>(source, destination);                                   \
+  }                                                                                       \
+  void Composite_RGB_888_##Mode(const uint8_t *source, uint8_t *destination) noexcept {   \
+    blendOpaque<Colour, mode::Mode>(source, destination);                                 \
+  }                                                                                       \
+  void Composite_ARGB_8888_##Mode(const uint8_t *source, uint8_t *destination) noexcept { \
+    blendARGB<mode::Mode>(source, destination);                                           \
   }
 DRAV_EACH_BLEND_MODE(DRAV_DEFINE_KERNELS)
 

@@ -1,6 +1,6 @@
 #pragma once
-// One function per pixel format and blend mode: combines one source pixel into one destination pixel. They are the
-// meaning of the blend modes; the row forms (rows.h) have to give the same bytes.
+// One function per pixel format and blend mode: combines one source pixel into one destination pixel. They
+// are the meaning of the blend modes; the row forms (rows.h) have to give the same bytes.
 
 #include <array>
 #include <cstddef>
@@ -30,13 +30,14 @@ struct KernelPlace {
 };
 KernelPlace placeOfKernel(DRAVCFCompositeFunction kernel) noexcept;
 
-#define DRAV_EACH_BLEND_MODE(X)                                                                             \
-  X(Clear) X(CopySrc) X(CopyDest) X(SrcOver) X(DestOver) X(SrcIn) X(DestIn) X(SrcOut) X(DestOut) X(SrcAtop) \
-  X(DestAtop) X(XOR) X(Plus) X(Multiply) X(Screen) X(Overlay) X(Darken) X(Lighten) X(ColorDodge)            \
-  X(ColorBurn) X(HardLight) X(SoftLight) X(Difference) X(Exclusion)
+#define DRAV_EACH_BLEND_MODE(X)                                                                      \
+  X(Clear)                                                                                           \
+  X(CopySrc) X(CopyDest) X(SrcOver) X(DestOver) X(SrcIn) X(DestIn) X(SrcOut) X(DestOut) X(SrcAtop)   \
+      X(DestAtop) X(XOR) X(Plus) X(Multiply) X(Screen) X(Overlay) X(Darken) X(Lighten) X(ColorDodge) \
+          X(ColorBurn) X(HardLight) X(SoftLight) X(Difference) X(Exclusion)
 
-#define DRAV_DECLARE_KERNELS(Mode)                                                    \
-  void Composite_S_8_##Mode(const uint8_t *source, uint8_t *destination) noexcept;    \
+#define DRAV_DECLARE_KERNELS(Mode)                                                     \
+  void Composite_S_8_##Mode(const uint8_t *source, uint8_t *destination) noexcept;     \
   void Composite_RGB_888_##Mode(const uint8_t *source, uint8_t *destination) noexcept; \
   void Composite_ARGB_8888_##Mode(const uint8_t *source, uint8_t *destination) noexcept;
 DRAV_EACH_BLEND_MODE(DRAV_DECLARE_KERNELS)

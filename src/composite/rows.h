@@ -31,8 +31,9 @@ const RowTable *rowTableNamed(std::string_view name) noexcept;
 // The row form of one of our own kernels; null for a function of the caller's.
 RowFunction rowForKernel(DRAVCFCompositeFunction kernel) noexcept;
 
-// Composes `height` rows of `width` pixels, by rows where the kernel is ours and its pixels are `pixelBytes` long,
-// otherwise pixel by pixel. Source and destination may overlap: pixels are combined in the order of their addresses.
+// Composes `height` rows of `width` pixels, by rows where the kernel is ours and its pixels are `pixelBytes`
+// long, otherwise pixel by pixel. Source and destination may overlap: pixels are combined in the order of
+// their addresses.
 void compositeRows(DRAVCFCompositeFunction kernel, const uint8_t *source, size_t sourceRowBytes,
                    uint8_t *destination, size_t destinationRowBytes, size_t width, size_t height,
                    size_t pixelBytes) noexcept;

@@ -1,0 +1,256 @@
+// The modes that are sums of products, in whole numbers. Included once for each kind of processor.
+//
+// Such a mode's exact value is N / 255 with N whole, and 255 is odd: a value never lies half-way between two
+// bytes, the nearest miss is 0.5 / 255 = 0.00196. The kernels' single-precision steps err by less than
+// 0.0002, so rounding N / 255 once gives the byte the kernel stores, for valid and invalid pixels alike; what
+// remains is to clamp or wrap as the mode does. Alpha needs no case of its own where the colour formula gives
+// the alpha result for Sc = Sa and Dc = Da, which is nearly everywhere.
+#if defined(DRAV_ROWS_BYTES_INL_H) == defined(HWY_TARGET_TOGGLE)
+#ifdef DRAV_ROWS_BYTES_INL_H
+#undef DRAV_ROWS_BYTES_INL_H
+#else
+#define DRAV_ROWS_BYTES_INL_H
+#endif
+
+#include <hwy/highway.h>
+
+#include "composite/formulas.h"
+
+#if HWY_TARGET != HWY_SCALAR  // which has no vectors to compile this for
+HWY_BEFORE_NAMESPACE();
+namespace drav::HWY_NAMESPACE {
+namespace hn = hwy::HWY_NAMESPACE;
+
+using D8 = hn::ScalableTag<uint8_t>;
+using D16 = hn::ScalableTag<uint16_t>;
+using D32 = hn::ScalableTag<uint32_t>;
+using Bytes = hn::Vec<D8>;
+using Words = hn::Vec<D16>;
+using Pixels = hn::Vec<D32>;
+
+HWY_INLINE Words words(int value) { return hn::Set(D16(), static_cast<uint16_t>(value)); }
+HWY_INLINE Words evenBytes(Bytes v) { return hn::And(hn::BitCast(D16(), v), words(0xFF)); }
+HWY_INLINE Words oddBytes(Bytes v) { return hn::ShiftRight<8>(hn::BitCast(D16(), v)); }
+HWY_INLINE Bytes joined(Words even, Words odd) {
+  return hn::BitCast(D8(), hn::Or(even, hn::ShiftLeft<8>(odd)));
+}
+// 255 - v, for bytes in words.
+HWY_INLINE Words inverse(Words v) { return hn::Xor(v, words(0xFF)); }
+
+// The bytes of a pixel other than byte 0 (alpha, or the ignored byte).
+HWY_INLINE Bytes colourBytes() { return hn::BitCast(D8(), hn::Set(D32(), 0xFFFFFF00U)); }
+
+// N / 255 to nearest, from N + 128 below 65536.
+HWY_INLINE Words divided(Words biased) { return hn::MulHigh(biased, words(257)); }
+HWY_INLINE Words rounded(Words n) { return divided(hn::Add(n, words(128))); }
+// The same, 65535 standing for every N above what a word holds.
+HWY_INLINE Words clamped(Words n) { return hn::Min(divided(hn::SaturatedAdd(n, words(128))), words(255)); }
+
+// (a + b) / 255 to nearest, modulo 256, where a + b may need 17 bits: 65536 = 257 * 255 + 1, so the carry
+// counts one in the sum and (modulo 256) one in the result.
+HWY_INLINE Words wrapped(Words a, Words b) {
+  const Words sum = hn::Add(hn::Add(a, words(128)), b);
+  const Words carry = hn::ShiftRight<15>(hn::AverageRound(hn::Add(a, words(127)), b));
+  return hn::And(hn::Add(divided(hn::Add(sum, carry)), carry), words(0xFF));
+}
+
+HWY_INLINE Words alphaInWords(Bytes v) {
+  alignas(16) static constexpr uint8_t from[16] = {0, 0x80, 0, 0x80, 4,  0x80, 4,  0x80,
+                                                   8, 0x80, 8, 0x80, 12, 0x80, 12, 0x80};
+  return hn::BitCast(D16(), hn::TableLookupBytesOr0(v, hn::LoadDup128(D8(), from)));
+}
+
+// Source and destination pixels, and their alphas beside each of their bytes. What a mode leaves unused costs
+// nothing.
+struct Argb {
+  Bytes s, d;
+  Words sa, da, ks, kd;
+  HWY_INLINE Argb(Bytes source, Bytes destination)
+      : s(source),
+        d(destination),
+        sa(alphaInWords(source)),
+        da(alphaInWords(destination)),
+        ks(inverse(sa)),
+        kd(inverse(da)) {}
+};
+
+// f(s, d) for the even and for the odd bytes.
+template <class F>
+HWY_INLINE Bytes inHalves(Bytes s, Bytes d, F f) {
+  return joined(f(evenBytes(s), evenBytes(d)), f(oddBytes(s), oddBytes(d)));
+}
+template <class F>
+HWY_INLINE Bytes inHalves(const Argb &p, F f) {
+  return inHalves(p.s, p.d, f);
+}
+// v * factor / 255, to nearest.
+HWY_INLINE Bytes scaled(Bytes v, Words factor) {
+  return joined(rounded(hn::Mul(evenBytes(v), factor)), rounded(hn::Mul(oddBytes(v), factor)));
+}
+
+template <class Mode>
+struct Lanes;
+
+// N of a source or destination with 255 whole added is the byte itself added: SrcOver and DestOver wrap as
+// bytes do.
+template <>
+struct Lanes<mode::SrcOver> {
+  static HWY_INLINE Bytes argb(const Argb &p) { return hn::Add(p.s, scaled(p.d, p.ks)); }
+};
+template <>
+struct Lanes<mode::DestOver> {
+  static HWY_INLINE Bytes argb(const Argb &p) { return hn::Add(p.d, scaled(p.s, p.kd)); }
+};
+template <>
+struct Lanes<mode::SrcIn> {
+  static HWY_INLINE Bytes argb(const Argb &p) { return scaled(p.s, p.da); }
+};
+template <>
+struct Lanes<mode::DestIn> {
+  static HWY_INLINE Bytes argb(const Argb &p) { return scaled(p.d, p.sa); }
+};
+template <>
+struct Lanes<mode::SrcOut> {
+  static HWY_INLINE Bytes argb(const Argb &p) { return scaled(p.s, p.kd); }
+};
+template <>
+struct Lanes<mode::DestOut> {
+  static HWY_INLINE Bytes argb(const Argb &p) { return scaled(p.d, p.ks); }
+};
+template <>
+struct Lanes<mode::SrcAtop> {
+  static HWY_INLINE Bytes argb(const Argb &p) {
+    return inHalves(p, [&](Words s, Words d) { return wrapped(hn::Mul(d, p.ks), hn::Mul(s, p.da)); });
+  }
+};
+template <>
+struct Lanes<mode::DestAtop> {
+  static HWY_INLINE Bytes argb(const Argb &p) {
+    return inHalves(p, [&](Words s, Words d) { return wrapped(hn::Mul(d, p.sa), hn::Mul(s, p.kd)); });
+  }
+};
+template <>
+struct Lanes<mode::XOR> {
+  static HWY_INLINE Bytes argb(const Argb &p) {
+    return inHalves(p, [&](Words s, Words d) { return wrapped(hn::Mul(d, p.ks), hn::Mul(s, p.kd)); });
+  }
+};
+
+template <>
+struct Lanes<mode::Plus> {
+  static HWY_INLINE Bytes opaque(Bytes s, Bytes d) { return hn::SaturatedAdd(s, d); }
+  static HWY_INLINE Bytes argb(const Argb &p) { return opaque(p.s, p.d); }
+};
+HWY_INLINE Words uncoveredProducts(const Argb &p, Words s, Words d) {
+  return hn::SaturatedAdd(hn::Mul(s, p.kd), hn::Mul(d, p.ks));
+}
+template <>
+struct Lanes<mode::Multiply> {
+  static HWY_INLINE Bytes opaque(Bytes s, Bytes d) {
+    return inHalves(s, d, [](Words x, Words y) { return rounded(hn::Mul(x, y)); });
+  }
+  static HWY_INLINE Bytes argb(const Argb &p) {
+    return inHalves(p, [&](Words s, Words d) {
+      return clamped(hn::SaturatedAdd(hn::Mul(s, d), uncoveredProducts(p, s, d)));
+    });
+  }
+};
+// Alphas screen like colours, so both layouts are one: s + d (255 - s).
+template <>
+struct Lanes<mode::Screen> {
+  static HWY_INLINE Bytes opaque(Bytes s, Bytes d) {
+    return hn::Add(
+        s, inHalves(hn::Not(s), d, [](Words inverseS, Words y) { return rounded(hn::Mul(inverseS, y)); }));
+  }
+  static HWY_INLINE Bytes argb(const Argb &p) { return opaque(p.s, p.d); }
+};
+
+// The part of Overlay and HardLight that alphas do not touch: 2 s d where `decider` (the component that
+// chooses the branch) is below half its alpha, sa da - 2 (da - d) (sa - s) elsewhere.
+HWY_INLINE Words litProducts(Words s, Words d, Words sa, Words da, Words decider, Words deciderAlpha) {
+  const auto dark = hn::Lt(hn::BitCast(hn::RebindToSigned<D16>(), hn::Add(decider, decider)),
+                           hn::BitCast(hn::RebindToSigned<D16>(), deciderAlpha));
+  const Words below = hn::Mul(s, d), above = hn::Mul(hn::Sub(da, d), hn::Sub(sa, s));
+  const Words bright = hn::Sub(hn::Mul(sa, da), hn::Add(above, above));
+  return hn::IfThenElse(hn::RebindMask(D16(), dark), hn::Add(below, below), bright);
+}
+// Invalid pixels would need a sign and a seventeenth bit here: they are the kernel's.
+template <>
+struct Lanes<mode::Overlay> {
+  static constexpr bool validOnly = true;
+  static HWY_INLINE Bytes opaque(Bytes s, Bytes d) {
+    return inHalves(s, d, [](Words x, Words y) {
+      return rounded(litProducts(x, y, words(255), words(255), y, words(255)));
+    });
+  }
+  static HWY_INLINE Bytes argb(const Argb &p) {
+    return inHalves(p, [&](Words s, Words d) {
+      return rounded(hn::Add(litProducts(s, d, p.sa, p.da, d, p.da), uncoveredProducts(p, s, d)));
+    });
+  }
+};
+template <>
+struct Lanes<mode::HardLight> {
+  static constexpr bool validOnly = true;
+  static HWY_INLINE Bytes opaque(Bytes s, Bytes d) { return Lanes<mode::Overlay>::opaque(d, s); }
+  static HWY_INLINE Bytes argb(const Argb &p) {
+    return inHalves(p, [&](Words s, Words d) {
+      return rounded(hn::Add(litProducts(s, d, p.sa, p.da, s, p.sa), uncoveredProducts(p, s, d)));
+    });
+  }
+};
+
+template <>
+struct Lanes<mode::Darken> {
+  static HWY_INLINE Bytes opaque(Bytes s, Bytes d) { return hn::Min(s, d); }
+  static HWY_INLINE Bytes argb(const Argb &p) {
+    return inHalves(p, [&](Words s, Words d) {
+      const Words least = hn::Min(hn::Mul(s, p.da), hn::Mul(d, p.sa));
+      return clamped(hn::SaturatedAdd(least, uncoveredProducts(p, s, d)));
+    });
+  }
+};
+template <>
+struct Lanes<mode::Lighten> {
+  static HWY_INLINE Bytes opaque(Bytes s, Bytes d) { return hn::Max(s, d); }
+  static HWY_INLINE Bytes argb(const Argb &p) {
+    return inHalves(p, [&](Words s, Words d) {
+      const Words most = hn::Max(hn::Mul(s, p.da), hn::Mul(d, p.sa));
+      return clamped(hn::SaturatedAdd(most, uncoveredProducts(p, s, d)));
+    });
+  }
+};
+// With m the lesser product, (s - m) + (d - m) for colour and (s - m) + d for alpha: neither part falls below
+// 0.
+template <>
+struct Lanes<mode::Difference> {
+  static HWY_INLINE Bytes opaque(Bytes s, Bytes d) { return hn::Sub(hn::Max(s, d), hn::Min(s, d)); }
+  static HWY_INLINE Words half(Words s, Words d, const Argb &p, Words colour) {
+    const Words least = hn::Min(hn::Mul(s, p.da), hn::Mul(d, p.sa));
+    return clamped(hn::SaturatedAdd(hn::Sub(hn::Mul(s, words(255)), least),
+                                    hn::Sub(hn::Mul(d, words(255)), hn::And(least, colour))));
+  }
+  static HWY_INLINE Bytes argb(const Argb &p) {
+    const Words evenColour = hn::BitCast(D16(), hn::Set(D32(), 0xFFFF0000U));
+    return joined(half(evenBytes(p.s), evenBytes(p.d), p, evenColour),
+                  half(oddBytes(p.s), oddBytes(p.d), p, words(0xFFFF)));
+  }
+};
+// The alphas cancel: s (255 - d) + d (255 - s) for colour, s (255 - d) + 255 d for alpha.
+template <>
+struct Lanes<mode::Exclusion> {
+  static HWY_INLINE Words half(Words s, Words d, Words subtracted) {
+    return rounded(hn::Add(hn::Mul(s, inverse(d)), hn::Mul(d, inverse(subtracted))));
+  }
+  static HWY_INLINE Bytes of(Bytes s, Bytes d, Bytes subtracted) {
+    return joined(half(evenBytes(s), evenBytes(d), evenBytes(subtracted)),
+                  half(oddBytes(s), oddBytes(d), oddBytes(subtracted)));
+  }
+  static HWY_INLINE Bytes opaque(Bytes s, Bytes d) { return of(s, d, s); }
+  static HWY_INLINE Bytes argb(const Argb &p) { return of(p.s, p.d, hn::And(p.s, colourBytes())); }
+};
+
+}  // namespace drav::HWY_NAMESPACE
+HWY_AFTER_NAMESPACE();
+#endif
+#endif
