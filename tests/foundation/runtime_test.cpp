@@ -1,16 +1,17 @@
 #include <CoreFoundation/CoreFoundation.h>
 #include <gtest/gtest.h>
 
+#include <cstdio>
 #include <thread>
 #include <vector>
 
 #include "failing_allocator.h"
 #include "foundation/object.h"
+#include "foundation/text.h"
 
 namespace {
 
-using testing_support::FailingAllocator;
-using testing_support::forEachFailedAllocation;
+using namespace testing_support;
 
 // A class with a plain record, as a host application would write one.
 struct Counter {
@@ -63,11 +64,6 @@ cf::Ref<Counter> newCounter(CFAllocatorRef allocator = nullptr) {
 
 cf::Ref<CFTypeRef> newBare(CFAllocatorRef allocator = nullptr) {
   return cf::adopt(_CFRuntimeCreateInstance(allocator, bareID(), 16, nullptr));
-}
-
-std::string textOf(CFStringRef string) {
-  char text[256];
-  return string && CFStringGetCString(string, text, sizeof text, kCFStringEncodingUTF8) ? text : "(none)";
 }
 
 TEST(Runtime, AClassIsFoundByItsIdentifier) {
