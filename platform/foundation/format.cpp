@@ -21,17 +21,7 @@ using Text = std::span<const UniChar>;
 // Wider than any table, and narrow enough that a hostile format cannot ask for the machine's whole memory.
 constexpr int kMostPadding = 4096;
 
-enum class Length : std::uint8_t {
-  plain,
-  charSized,
-  shortSized,
-  longSized,
-  longLong,
-  intmax,
-  ptrdiff,
-  size,
-  longDouble
-};
+enum class Length : std::uint8_t { plain, charSized, shortSized, longSized, widest, longDouble };
 
 // One conversion: %[flags][width][.precision][length]conversion
 struct Conversion {
@@ -89,13 +79,9 @@ class ConversionParser {
 
   Length length() noexcept {
     if (take('h')) return take('h') ? Length::charSized : Length::shortSized;
-    if (take('l')) return take('l') ? Length::longLong : Length::longSized;
-    if (take('q')) return Length::longLong;
-    if (take('j')) return Length::intmax;
-    if (take('t')) return Length::ptrdiff;
-    if (take('z')) return Length::size;
+    if (take('l')) return take('l') ? Length::widest : Length::longSized;
     if (take('L')) return Length::longDouble;
-    return Length::plain;
+    return take('q') || take('j') || take('t') || take('z') ? Length::widest : Length::plain;
   }
 
   // Wide C characters are none of ours: "%ls" is refused.
@@ -156,7 +142,8 @@ class Formatter {
  private:
   template <class T>
   T next() noexcept {
-    return va_arg(arguments_.list, T);
+    return va_arg(arguments_.list,
+                  T);  // NOLINT(clang-analyzer-valist.Uninitialized): formatTo copies into it
   }
 
   bool convert(Conversion &conversion) noexcept {
@@ -204,46 +191,18 @@ class Formatter {
       conversion.precision = std::max(next<int>(), Conversion::kAbsent);
   }
 
+  // long and everything longer is passed alike on a 64-bit machine.
   std::intmax_t nextSigned(Length length) noexcept {
-    switch (length) {
-      case Length::charSized:
-        return static_cast<signed char>(next<int>());
-      case Length::shortSized:
-        return static_cast<short>(next<int>());
-      case Length::longSized:
-        return next<long>();
-      case Length::longLong:
-        return next<long long>();
-      case Length::intmax:
-        return next<std::intmax_t>();
-      case Length::ptrdiff:
-        return next<std::ptrdiff_t>();
-      case Length::size:
-        return static_cast<std::intmax_t>(next<std::size_t>());
-      default:
-        return next<int>();
-    }
+    static_assert(sizeof(long) == sizeof(std::intmax_t) && sizeof(std::size_t) == sizeof(std::intmax_t));
+    if (length == Length::charSized) return static_cast<signed char>(next<int>());
+    if (length == Length::shortSized) return static_cast<short>(next<int>());
+    return length == Length::plain ? next<int>() : next<std::intmax_t>();
   }
 
   std::uintmax_t nextUnsigned(Length length) noexcept {
-    switch (length) {
-      case Length::charSized:
-        return static_cast<unsigned char>(next<int>());
-      case Length::shortSized:
-        return static_cast<unsigned short>(next<int>());
-      case Length::longSized:
-        return next<unsigned long>();
-      case Length::longLong:
-        return next<unsigned long long>();
-      case Length::intmax:
-        return next<std::uintmax_t>();
-      case Length::ptrdiff:
-        return static_cast<std::uintmax_t>(next<std::ptrdiff_t>());
-      case Length::size:
-        return next<std::size_t>();
-      default:
-        return next<unsigned int>();
-    }
+    if (length == Length::charSized) return static_cast<unsigned char>(next<int>());
+    if (length == Length::shortSized) return static_cast<unsigned short>(next<int>());
+    return length == Length::plain ? next<unsigned int>() : next<std::uintmax_t>();
   }
 
   // Digits are the C library's affair: one conversion at a time, with width and precision of ours.
@@ -289,28 +248,39 @@ class Formatter {
     return units != nullptr;
   }
 
-  // The precision limits the bytes that are looked at; a character cut in two by it is left out.
+  // The precision limits the bytes that are looked at.
   bool narrow(Conversion conversion, const char *text) noexcept {
     if (!text) return null(conversion);
     const bool limited = conversion.precision != Conversion::kAbsent;
     const std::size_t length =
         limited ? strnlen(text, static_cast<std::size_t>(conversion.precision)) : std::strlen(text);
-    std::span bytes{reinterpret_cast<const UInt8 *>(text), length};
-    while (limited && !decodedLength(bytes, kCFStringEncodingUTF8) && length - bytes.size() < 3 &&
-           !bytes.empty() && bytes.back() >= 0x80)
-      bytes = bytes.first(bytes.size() - 1);
-    CFStringEncoding encoding = kCFStringEncodingUTF8;
-    auto units = decodedLength(bytes, encoding);
-    if (!units) {  // some other encoding: each byte is shown as a character rather than none
-      encoding = kCFStringEncodingISOLatin1;
-      bytes = {reinterpret_cast<const UInt8 *>(text), length};
-      units = length;
-    }
+    const std::span bytes{reinterpret_cast<const UInt8 *>(text), length};
     conversion.precision = Conversion::kAbsent;
-    return withPadding(conversion, *units, [&] {
-      UniChar *added = *units ? output_.grow(*units) : nullptr;
+    const std::span whole = limited ? withoutCutCharacter(bytes) : bytes;
+    if (const auto units = decodedLength(whole, kCFStringEncodingUTF8))
+      return decoded(conversion, whole, kCFStringEncodingUTF8, *units);
+    // Some other encoding: each byte is shown as a character rather than none.
+    return decoded(conversion, bytes, kCFStringEncodingISOLatin1, length);
+  }
+
+  // Leaves out the character at the end that a limit in bytes cut in two.
+  static std::span<const UInt8> withoutCutCharacter(std::span<const UInt8> bytes) noexcept {
+    for (std::size_t cut = 1; cut <= 3 && cut <= bytes.size(); ++cut) {
+      const UInt8 lead = bytes[bytes.size() - cut];
+      if ((lead & 0xC0) == 0x80) continue;
+      const std::size_t whole = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : lead >= 0xC0 ? 2 : 1;
+      return whole > cut ? bytes.first(bytes.size() - cut) : bytes;
+    }
+    return bytes;
+  }
+
+  bool decoded(const Conversion &conversion, std::span<const UInt8> bytes, CFStringEncoding encoding,
+               std::size_t units) noexcept {
+    return withPadding(conversion, units, [&] {
+      if (units == 0) return true;
+      UniChar *added = output_.grow(units);
       if (added) decode(bytes, encoding, added);
-      return added || *units == 0;
+      return added != nullptr;
     });
   }
 

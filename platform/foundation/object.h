@@ -135,7 +135,8 @@ CFTypeID ObjectOf<T>::typeID() noexcept {
 // caller, NULL when memory runs out.
 template <class Record>
 [[nodiscard]] Record *newInstance(CFAllocatorRef allocator, CFTypeID typeID) noexcept {
-  static_assert(sizeof(Record) >= sizeof(CFRuntimeBase) && alignof(Record) <= alignof(std::max_align_t));
+  static_assert(sizeof(Record) >= sizeof(CFRuntimeBase));
+  static_assert(alignof(Record) <= alignof(std::max_align_t), "allocators align as malloc does");
   constexpr auto extraBytes = static_cast<CFIndex>(sizeof(Record) - sizeof(CFRuntimeBase));
   return mutableIn<Record>(_CFRuntimeCreateInstance(allocator, typeID, extraBytes, nullptr));
 }

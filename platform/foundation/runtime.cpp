@@ -80,7 +80,7 @@ CFTypeRef _CFRuntimeCreateInstance(CFAllocatorRef allocator, CFTypeID typeID, CF
   std::memset(memory, 0, *bytes);
   *baseOf(memory) = {typeID, Ref<CFAllocatorRef>::share(chosen).give(), 1};
   if (cls->init) cls->init(memory);
-  return memory;
+  return memory;  // NOLINT(clang-analyzer-osx.cocoa.RetainCount): this is where the first count comes from
 }
 
 CFTypeRef CFRetain(CFTypeRef object) {
@@ -107,7 +107,9 @@ CFIndex CFGetRetainCount(CFTypeRef object) {
   return count & kImmortal ? LONG_MAX : static_cast<CFIndex>(count & ~kDying);
 }
 
-CFTypeID CFGetTypeID(CFTypeRef object) { return object ? baseOf(object)->_typeID : CFTypeID{_kCFRuntimeNotATypeID}; }
+CFTypeID CFGetTypeID(CFTypeRef object) {
+  return object ? baseOf(object)->_typeID : CFTypeID{_kCFRuntimeNotATypeID};
+}
 
 Boolean CFEqual(CFTypeRef object1, CFTypeRef object2) {
   if (object1 == object2) return true;

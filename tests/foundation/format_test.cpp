@@ -70,6 +70,8 @@ TEST(Format, NarrowTextIsUTF8) {
   EXPECT_EQ(formatted("%5s|%-5s|", "\xC3\xBC", "\xC3\xBC"), "    \xC3\xBC|\xC3\xBC    |");
   EXPECT_EQ(formatted("%.2s|", "a\xC3\xBC"), "a|");
   EXPECT_EQ(formatted("%.3s|", "a\xC3\xBC"), "a\xC3\xBC|");
+  EXPECT_EQ(formatted("%.4s|%.3s|", "a\xF0\x9F\x8E\xA8", "\xF0\x9F\x8E\xA8"), "a||");
+  EXPECT_EQ(formatted("%.2s|", "\xFC\xFC\xFC"), "\xC3\xBC\xC3\xBC|");
   EXPECT_EQ(formatted("%s|%.0s|", "", "abc"), "||");
   const char unterminated[] = {'a', 'b', 'c'};
   EXPECT_EQ(formatted("%.3s", unterminated), "abc");

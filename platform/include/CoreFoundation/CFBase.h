@@ -84,8 +84,8 @@ CF_EXPORT CFIndex CFGetRetainCount(CFTypeRef object);
 /* Gives   the object's class. */
 CF_EXPORT CFTypeID CFGetTypeID(CFTypeRef object);
 
-/* Gives   true for the same object, and for two of one class which that class finds equal. A class that does
- *         not compare content has no two equal objects. */
+/* Gives   true for the same object, and for two of one class which that class finds equal. A class that
+ *         does not compare content has no two equal objects. */
 CF_EXPORT Boolean CFEqual(CFTypeRef object1, CFTypeRef object2);
 
 /* Gives   the class's hash of the object; its address where the class has none. */
@@ -93,7 +93,7 @@ CF_EXPORT CFHashCode CFHash(CFTypeRef object);
 
 /* Says what an object is, for people who look for a mistake.
  * Gives   a new string, owned by the caller; "<ClassName 0xaddress>" for a class that does not describe
- * itself. NULL if the class gives none or memory runs out. */
+ *         itself. NULL if the class gives none or memory runs out. */
 CF_EXPORT CFStringRef CFCopyDescription(CFTypeRef object);
 
 /* Gives   the name of a class as a new string, owned by the caller; NULL for a number that is no class. */
@@ -148,7 +148,7 @@ CF_EXPORT CFTypeID CFAllocatorGetTypeID(void);
  * allocator   where the new allocator object itself lives.
  * context     copied; its info is retained by its retain callback, and released with the allocator.
  * Gives       a new allocator, owned by the caller. NULL without a context, for an unknown version, or if
- * memory runs out. */
+ *             memory runs out. */
 CF_EXPORT CFAllocatorRef CFAllocatorCreate(CFAllocatorRef allocator, const CFAllocatorContext *context);
 
 /* Fills context (whose version must be 0) with what the allocator was made of; info is borrowed. */
@@ -156,8 +156,8 @@ CF_EXPORT void CFAllocatorGetContext(CFAllocatorRef allocator, CFAllocatorContex
 
 /* Allocates.
  *
- * size   in bytes. Zero gives a block of its own too. Every block has 32 bytes of room beyond size, which the
- *        caller may use: they are added before the allocator's callback is asked.
+ * size   in bytes. Zero gives a block of its own too. Every block has 32 bytes of room beyond size, which
+ *        the caller may use: they are added before the allocator's callback is asked.
  * hint   0.
  * Gives  a block with undefined contents, to be returned with CFAllocatorDeallocate on the same allocator;
  *        NULL if memory runs out, or if size is negative or too large to add the tail room to. */

@@ -11,20 +11,20 @@ typedef struct __CFData *CFMutableDataRef;
 
 CF_EXPORT CFTypeID CFDataGetTypeID(void);
 
-/* Gives   a new data object with a copy of length bytes, owned by the caller; NULL if memory runs out, length
- * is negative, or bytes is NULL with a length. */
+/* Gives   a new data object with a copy of length bytes, owned by the caller; NULL if memory runs out,
+ *         length is negative, or bytes is NULL with a length. */
 CF_EXPORT CFDataRef CFDataCreate(CFAllocatorRef allocator, const UInt8 *bytes, CFIndex length);
 
 /* The same without copying: the bytes must not change while the object lives.
  *
- * bytesDeallocator  frees the bytes with the object, and is retained by it: kCFAllocatorMalloc for malloc's,
- *                   kCFAllocatorNull to leave them to the caller, NULL for the default allocator.
+ * bytesDeallocator  frees the bytes with the object, and is retained by it: kCFAllocatorMalloc for
+ *                   malloc's, kCFAllocatorNull to leave them to the caller, NULL for the default allocator.
  * Gives             NULL as CFDataCreate; the bytes then stay the caller's. */
 CF_EXPORT CFDataRef CFDataCreateWithBytesNoCopy(CFAllocatorRef allocator, const UInt8 *bytes, CFIndex length,
                                                 CFAllocatorRef bytesDeallocator);
 
 /* Gives   data with the same bytes that cannot change, owned by the caller; the object itself, retained,
- * where it cannot change and lives on that allocator. */
+ *         where it cannot change and lives on that allocator. */
 CF_EXPORT CFDataRef CFDataCreateCopy(CFAllocatorRef allocator, CFDataRef data);
 
 /* Gives   new empty data that can change, owned by the caller.
@@ -39,8 +39,8 @@ CF_EXPORT CFMutableDataRef CFDataCreateMutableCopy(CFAllocatorRef allocator, CFI
 /* Gives   the number of bytes. */
 CF_EXPORT CFIndex CFDataGetLength(CFDataRef data);
 
-/* Gives   the bytes, borrowed until the object changes or goes; never NULL for an object, even an empty one.
- */
+/* Gives   the bytes, borrowed until the object changes or goes; never NULL for an object, even an empty
+ *         one. */
 CF_EXPORT const UInt8 *CFDataGetBytePtr(CFDataRef data);
 
 /* The same to write to; NULL for data that cannot change. */

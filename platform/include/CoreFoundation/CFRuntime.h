@@ -53,7 +53,7 @@ CF_EXPORT const CFRuntimeClass *_CFRuntimeGetClassWithTypeID(CFTypeID typeID);
  * extraBytes  size of the instance beyond its CFRuntimeBase; these bytes are zeroed, then init is called.
  * category    unused: NULL.
  * Gives       the instance, owned by the caller; NULL for an unknown class, a negative size, or if memory
- * runs out. */
+ *             runs out. */
 CF_EXPORT CFTypeRef _CFRuntimeCreateInstance(CFAllocatorRef allocator, CFTypeID typeID, CFIndex extraBytes,
                                              unsigned char *category);
 

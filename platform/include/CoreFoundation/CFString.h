@@ -36,8 +36,8 @@ CF_EXPORT CFTypeID CFStringGetTypeID(void);
 #define CFSTR(literal) __CFStringMakeConstantString("" literal "")
 CF_EXPORT CFStringRef __CFStringMakeConstantString(const char *cString);
 
-/* Gives   a new string with the text of a zero-terminated string, owned by the caller; NULL if the bytes are
- * not valid in the encoding, or memory runs out. */
+/* Gives   a new string with the text of a zero-terminated string, owned by the caller; NULL if the bytes
+ *         are not valid in the encoding, or memory runs out. */
 CF_EXPORT CFStringRef CFStringCreateWithCString(CFAllocatorRef allocator, const char *cString,
                                                 CFStringEncoding encoding);
 
@@ -55,8 +55,8 @@ CF_EXPORT CFStringRef CFStringCreateWithCharacters(CFAllocatorRef allocator, con
 CF_EXPORT CFStringRef CFStringCreateWithSubstring(CFAllocatorRef allocator, CFStringRef string,
                                                   CFRange range);
 
-/* Gives   a string with the same text that cannot change, owned by the caller; string itself, retained, where
- * it cannot change and lives on that allocator. */
+/* Gives   a string with the same text that cannot change, owned by the caller; string itself, retained,
+ *         where it cannot change and lives on that allocator. */
 CF_EXPORT CFStringRef CFStringCreateCopy(CFAllocatorRef allocator, CFStringRef string);
 
 /* Gives   a new empty string that can change, owned by the caller.
@@ -70,12 +70,12 @@ CF_EXPORT CFMutableStringRef CFStringCreateMutableCopy(CFAllocatorRef allocator,
  *
  * formatOptions  NULL; anything else is ignored.
  * format         text with conversions as printf's: d i u o x X c s p e E f F g G a A, with flags, width,
- * precision,
- *                * and the length letters hh h l ll q j z t L; %% for a percent sign; %C and %S for one
- * UTF-16 unit and for a zero-terminated run of them; and %@ for any object, as it describes itself. %s takes
- *                UTF-8. NULL prints as "(null)". Numbers are written the same in every locale; a width or a
- * number's precision above 4096 counts as 4096. What is no conversion is copied as it stands and reads no
- *                argument; %n reads its argument and writes nothing.
+ *                precision, * and the length letters hh h l ll q j z t L; %% for a percent sign; %C and %S
+ *                for one UTF-16 unit and for a zero-terminated run of them; and %@ for any object, as it
+ *                describes itself. %s takes UTF-8. NULL prints as "(null)". Numbers are written the same in
+ *                every locale; a width or a number's precision above 4096 counts as 4096. What is no
+ *                conversion is copied as it stands and reads no argument; %n reads its argument and writes
+ *                nothing.
  * Gives          a new string, owned by the caller; NULL without a format or if memory runs out. */
 CF_EXPORT CFStringRef CFStringCreateWithFormat(CFAllocatorRef allocator, CFDictionaryRef formatOptions,
                                                CFStringRef format, ...);
@@ -106,13 +106,13 @@ CF_EXPORT const UniChar *CFStringGetCharactersPtr(CFStringRef string);
 /* Writes the whole text, terminated by a zero, to buffer.
  *
  * bufferSize  in bytes, the zero included.
- * Gives       false if it does not fit, or cannot be written in the encoding; the buffer then holds no text.
- */
+ * Gives       false if it does not fit, or cannot be written in the encoding; the buffer then holds no
+ *             text. */
 CF_EXPORT Boolean CFStringGetCString(CFStringRef string, char *buffer, CFIndex bufferSize,
                                      CFStringEncoding encoding);
 
-/* Gives   the text as zero-terminated bytes where they are at hand, as for constant ASCII strings, borrowed;
- * NULL otherwise: be ready to call CFStringGetCString. */
+/* Gives   the text as zero-terminated bytes where they are at hand, as for constant ASCII strings,
+ *         borrowed; NULL otherwise: be ready to call CFStringGetCString. */
 CF_EXPORT const char *CFStringGetCStringPtr(CFStringRef string, CFStringEncoding encoding);
 
 /* Writes as many whole characters of range as fit.
@@ -127,7 +127,7 @@ CF_EXPORT CFIndex CFStringGetBytes(CFStringRef string, CFRange range, CFStringEn
                                    CFIndex bufferSize, CFIndex *usedBytes);
 
 /* Gives   bytes that are enough for length UTF-16 units in the encoding, without a terminating zero;
- * kCFNotFound for an unknown encoding or if that is too many. */
+ *         kCFNotFound for an unknown encoding or if that is too many. */
 CF_EXPORT CFIndex CFStringGetMaximumSizeForEncoding(CFIndex length, CFStringEncoding encoding);
 
 /* Gives   UTF-8: what narrow text is in here, file names included. */
