@@ -1,0 +1,28 @@
+// The ways in which an image is drawn. Each takes the map from image to surface and the pixels that may
+// change, and leaves the surface alone if memory runs out.
+#pragma once
+
+#include <CoreGraphics/CoreGraphics.h>
+
+#include "graphics/pixel_rect.h"
+#include "graphics/placement.h"
+#include "graphics/surface.h"
+
+namespace cg {
+
+// Pixel onto pixel, upright or flipped.
+void drawUpright(const Surface &surface, CGImageRef image, const ExactPlacement &place,
+                 const PixelRect &clip);
+
+// Pixel onto pixel, with rows falling on columns.
+void drawTurned(const Surface &surface, CGImageRef image, const ExactPlacement &place, const PixelRect &clip);
+
+// At another size, filtered. The map is axis-aligned.
+void drawScaled(const Surface &surface, CGImageRef image, const Matrix &map, const PixelRect &clip,
+                CGInterpolationQuality quality);
+
+// Through any map that can be inverted.
+void drawMapped(const Surface &surface, CGImageRef image, const Matrix &map, const PixelRect &clip,
+                CGInterpolationQuality quality);
+
+}  // namespace cg

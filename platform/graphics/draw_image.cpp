@@ -1,0 +1,24 @@
+// Drawing an image: which way fits the map.
+#include "graphics/context.h"
+#include "graphics/draw.h"
+
+#include "foundation/guard.h"
+
+void CGContextDrawImage(CGContextRef context, CGRect rect, CGImageRef image) {
+  if (!context || !image) return;
+  const cg::Surface &surface = context->surface;
+  const cg::GraphicsState &state = context->state();
+  const size_t width = CGImageGetWidth(image);
+  const size_t height = CGImageGetHeight(image);
+  const auto map = cg::placement(width, height, rect, state.matrix, surface.height);
+  if (!map || state.clip.isEmpty()) return;
+  cf::guarded([&] {
+    if (const auto exact = cg::exactPlacement(*map, width, height)) {
+      (exact->xx != 0 ? cg::drawUpright : cg::drawTurned)(surface, image, *exact, state.clip);
+    } else if (map->isAxisAligned()) {
+      cg::drawScaled(surface, image, *map, state.clip, state.quality);
+    } else {
+      cg::drawMapped(surface, image, *map, state.clip, state.quality);
+    }
+  });
+}
