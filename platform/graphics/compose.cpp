@@ -33,8 +33,9 @@ using RGBA = Order<3, 0, 1, 2, true>;
 using XRGB = Order<0, 1, 2, 3, false>;
 using RGBX = Order<3, 0, 1, 2, false>;
 
+// The sum leaves a byte only where an image claims more colour than alpha.
 constexpr uint8_t over(uint8_t source, uint8_t destination, uint8_t uncovered) noexcept {
-  return static_cast<uint8_t>(source + multiply(destination, uncovered));
+  return static_cast<uint8_t>(std::min(source + multiply(destination, uncovered), 255));
 }
 
 constexpr Pixel over(Pixel s, Pixel d) noexcept {

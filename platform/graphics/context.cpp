@@ -1,6 +1,7 @@
 // A context's state: matrix, clip, fill colour, quality.
 #include "graphics/context.h"
 
+#include <cmath>
 #include <cstdio>
 
 #include "foundation/guard.h"
@@ -14,6 +15,11 @@ void prepend(CGContextRef context, const cg::Matrix &step) {
   const cg::Matrix product = then(step, context->state().matrix);
   if (product.isFinite()) context->state().matrix = product;
 }
+
+// Of sine and cosine, the small one at a multiple of a quarter turn. Such an angle in single precision misses
+// the true one by up to this much; taken at its word it would move the far corner of a large image, and rows
+// would no longer fall on columns.
+bool isNought(double component) { return std::fabs(component) < 2.5e-7; }
 
 }  // namespace
 
@@ -53,8 +59,12 @@ void CGContextScaleCTM(CGContextRef context, CGFloat sx, CGFloat sy) {
 }
 
 void CGContextRotateCTM(CGContextRef context, CGFloat angleRadians) {
-  const double cosine = std::cos(static_cast<double>(angleRadians));
-  const double sine = std::sin(static_cast<double>(angleRadians));
+  double cosine = std::cos(static_cast<double>(angleRadians));
+  double sine = std::sin(static_cast<double>(angleRadians));
+  if (isNought(sine) || isNought(cosine)) {
+    cosine = std::round(cosine);
+    sine = std::round(sine);
+  }
   prepend(context, {cosine, sine, -sine, cosine, 0, 0});
 }
 

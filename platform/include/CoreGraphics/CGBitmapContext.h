@@ -14,7 +14,9 @@ CG_EXTERN_C_BEGIN
  * bytesPerRow       at least a row's pixels; with data NULL, 0 means just that.
  * space             RGB with alpha info 1 to 6; grey with kCGImageAlphaNone; NULL or any with
  *                   kCGImageAlphaOnly.
- * bitmapInfo        the alpha info; byte order default, or 32-bit big-endian.
+ * bitmapInfo        the alpha info; byte order default, or 32-bit big-endian. Un-premultiplied pixels
+ *                   (kCGImageAlphaLast, kCGImageAlphaFirst) are composed in premultiplied arithmetic and
+ *                   stored straight. The skipped byte of every pixel drawn on becomes 255.
  * Gives             a new context; NULL for any other combination, or if memory runs out. */
 CG_EXPORT CGContextRef CGBitmapContextCreate(void *data, size_t width, size_t height, size_t bitsPerComponent,
                                              size_t bytesPerRow, CGColorSpaceRef space,
