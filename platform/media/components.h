@@ -22,9 +22,9 @@ typedef ComponentInstance GraphicsExportComponent;
 typedef struct ComponentDescription {
   OSType componentType;
   OSType componentSubType;
-  OSType componentManufacturer;  /* 0 */
-  uint32_t componentFlags;       /* 0 */
-  uint32_t componentFlagsMask;   /* 0 */
+  OSType componentManufacturer; /* 0 */
+  uint32_t componentFlags;      /* 0 */
+  uint32_t componentFlagsMask;  /* 0 */
 } ComponentDescription;
 
 typedef int32_t Fixed; /* 16.16 */
@@ -68,10 +68,12 @@ typedef struct ComponentTable {
   void (*close)(void *self);
 
   /* Importers. The bytes stay in place until the component is closed. */
-  int (*validate)(const struct ComponentTable *table, const uint8_t *head, size_t size); /* 0: not mine; highest wins */
+  int (*validate)(const struct ComponentTable *table, const uint8_t *head,
+                  size_t size); /* 0: not mine; highest wins */
   ComponentResult (*setData)(void *self, const uint8_t *bytes, size_t size);
-  ComponentResult (*getDescription)(void *self, ImageDescription *description); /* all fields preset to 0 but idSize, cType */
-  ComponentResult (*getProfile)(void *self, Handle *profile);                   /* NULL in *profile: none */
+  ComponentResult (*getDescription)(
+      void *self, ImageDescription *description);             /* all fields preset to 0 but idSize, cType */
+  ComponentResult (*getProfile)(void *self, Handle *profile); /* NULL in *profile: none */
   ComponentResult (*draw)(void *self, const OffscreenWorld *world);
 
   /* Exporters. `encode` resizes the handle to what it writes. */

@@ -5,7 +5,8 @@
 #include "media/components.h"
 
 /* The image to encode; retained until the exporter is closed. */
-MEDIA_EXPORT ComponentResult GraphicsExportSetInputCGImage(GraphicsExportComponent exporter, CGImageRef image);
+MEDIA_EXPORT ComponentResult GraphicsExportSetInputCGImage(GraphicsExportComponent exporter,
+                                                           CGImageRef image);
 
 /* The handle that receives the encoded bytes; borrowed until the exporter is closed. */
 MEDIA_EXPORT ComponentResult GraphicsExportSetOutputHandle(GraphicsExportComponent exporter, Handle output);
@@ -14,6 +15,7 @@ MEDIA_EXPORT ComponentResult GraphicsExportSetOutputHandle(GraphicsExportCompone
  *
  * actualSizeWritten  receives their number; may be NULL.
  * Gives              noErr, codecErr, memFullErr, paramErr when image or handle is missing. */
-MEDIA_EXPORT ComponentResult GraphicsExportDoExport(GraphicsExportComponent exporter, uint32_t *actualSizeWritten);
+MEDIA_EXPORT ComponentResult GraphicsExportDoExport(GraphicsExportComponent exporter,
+                                                    uint32_t *actualSizeWritten);
 
 #endif

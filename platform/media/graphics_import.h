@@ -22,7 +22,8 @@ MEDIA_EXPORT ComponentResult GraphicsImportGetImageDescription(GraphicsImportCom
  *
  * profile  receives a new handle on the profile's bytes, to be given to DisposeHandle; NULL when
  *          there is none (that is not an error) or on failure. */
-MEDIA_EXPORT ComponentResult GraphicsImportGetColorSyncProfile(GraphicsImportComponent importer, Handle *profile);
+MEDIA_EXPORT ComponentResult GraphicsImportGetColorSyncProfile(GraphicsImportComponent importer,
+                                                               Handle *profile);
 
 /* Says where to draw. The world is borrowed until the next call or until the importer is closed;
  * device is NULL. */

@@ -5,10 +5,10 @@
 #include "media/types.h"
 
 typedef struct CGImageFileInfo {
-  char format[16];   /* "PNG", "JPEG", ... */
-  uint32_t width;    /* pixels */
+  char format[16]; /* "PNG", "JPEG", ... */
+  uint32_t width;  /* pixels */
   uint32_t height;
-  int32_t depth;     /* as an importer reports it: 8 grey, 24 colour, 32 with alpha */
+  int32_t depth;       /* as an importer reports it: 8 grey, 24 colour, 32 with alpha */
   double dotsPerInchX; /* 0: the file does not say */
   double dotsPerInchY;
 } CGImageFileInfo;

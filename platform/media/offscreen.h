@@ -10,8 +10,8 @@ typedef struct Rect {
 } Rect;
 
 enum {
-  k32ARGBPixelFormat = 32,           /* four bytes a pixel: alpha (or unused), red, green, blue */
-  k8IndexedGrayPixelFormat = 40      /* one byte a pixel, 0 black to 255 white */
+  k32ARGBPixelFormat = 32,      /* four bytes a pixel: alpha (or unused), red, green, blue */
+  k8IndexedGrayPixelFormat = 40 /* one byte a pixel, 0 black to 255 white */
 };
 
 /* What a world is: its fields are for importers to read. */

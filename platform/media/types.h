@@ -33,18 +33,18 @@ typedef uint32_t OSType; /* four-character code, first character in the top byte
 
 enum {
   noErr = 0,
-  fnfErr = -43,                        /* the file of a data reference cannot be read */
-  paramErr = -50,                      /* an argument that no call could honour */
-  memFullErr = -108,                   /* memory ran out */
-  nilHandleErr = -109,                 /* a NULL handle */
-  cantFindHandler = -2003,             /* no component answers to that type and subtype */
-  badComponentInstance = -3000,        /* not an open component, or of another type */
-  badComponentSelector = -3001,        /* the component does not offer that call */
-  pictureDataErr = -3954,              /* a picture whose opcodes make no sense */
-  codecErr = -8960,                    /* the image cannot be encoded or drawn */
-  codecUnsupportedErr = -8961,         /* sound data in a variant that is not supported */
-  codecBadDataErr = -8969,             /* damaged or truncated data */
-  codecTooLargeErr = -8973             /* above the decode limits, or too large to describe */
+  fnfErr = -43,                 /* the file of a data reference cannot be read */
+  paramErr = -50,               /* an argument that no call could honour */
+  memFullErr = -108,            /* memory ran out */
+  nilHandleErr = -109,          /* a NULL handle */
+  cantFindHandler = -2003,      /* no component answers to that type and subtype */
+  badComponentInstance = -3000, /* not an open component, or of another type */
+  badComponentSelector = -3001, /* the component does not offer that call */
+  pictureDataErr = -3954,       /* a picture whose opcodes make no sense */
+  codecErr = -8960,             /* the image cannot be encoded or drawn */
+  codecUnsupportedErr = -8961,  /* sound data in a variant that is not supported */
+  codecBadDataErr = -8969,      /* damaged or truncated data */
+  codecTooLargeErr = -8973      /* above the decode limits, or too large to describe */
 };
 
 #endif
