@@ -24,9 +24,7 @@
 typedef char *Ptr;
 typedef Ptr *Handle; /* points to a master pointer, which points to the block */
 typedef long Size;   /* bytes */
-typedef int16_t OSErr;
-typedef int32_t ComponentResult;
-typedef uint32_t OSType; /* four-character code, first character in the top byte */
+typedef OSStatus ComponentResult;
 
 #define MEDIA_CODE(a, b, c, d) \
   ((OSType)(uint8_t)(a) << 24 | (OSType)(uint8_t)(b) << 16 | (OSType)(uint8_t)(c) << 8 | (OSType)(uint8_t)(d))
