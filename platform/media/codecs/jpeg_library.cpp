@@ -1,9 +1,8 @@
 #include "media/codecs/jpeg_library.h"
 
 namespace codecs {
-namespace {
 
-Fault meaningOf(int message) noexcept {
+Fault meaningOfJpegError(int message) noexcept {
   switch (message) {
     case JERR_OUT_OF_MEMORY:
       return Fault::noMemory;
@@ -29,10 +28,12 @@ Fault meaningOf(int message) noexcept {
   }
 }
 
+namespace {
+
 extern "C" {
 
 [[noreturn]] static void onError(j_common_ptr codec) {
-  JpegErrors::of(codec).fail(meaningOf(codec->err->msg_code));
+  JpegErrors::of(codec).fail(meaningOfJpegError(codec->err->msg_code));
 }
 
 static void onMessage(j_common_ptr, int) {}

@@ -15,6 +15,9 @@
 
 namespace codecs {
 
+// What an error number of libjpeg's means.
+Fault meaningOfJpegError(int message) noexcept;
+
 // REQUIRES: stays in place while the codec object that points to it lives.
 struct JpegErrors {
   jpeg_error_mgr manager{};  // first: libjpeg hands back a pointer to it

@@ -70,6 +70,11 @@ static void skipBytes(j_decompress_ptr codec, long count) {
   codec->src->bytes_in_buffer -= static_cast<size_t>(count);
 }
 
+// Whatever goes wrong once the bytes have run out goes wrong because of that.
+[[noreturn]] static void onError(j_common_ptr codec) {
+  Reading::of(codec).fail(meaningOfJpegError(codec->err->msg_code));
+}
+
 // Warnings that say pixels are lost end the decoding; the others are about trifles.
 static void onMessage(j_common_ptr codec, int level) {
   if (level >= 0) return;
@@ -101,6 +106,7 @@ static void onProgress(j_common_ptr codec) {
 
 void setUp(Reading &reading) {
   reading.codec.err = reading.errors.setUp();
+  reading.errors.manager.error_exit = onError;
   reading.errors.manager.emit_message = onMessage;
   reading.codec.client_data = &reading;
   jpeg_create_decompress(&reading.codec);

