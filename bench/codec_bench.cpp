@@ -116,7 +116,7 @@ void readPng(benchmark::State &state) {
   compare(state, photo(codecs::kPngCodec, layout), codecs::kPngCodec, readBarePng);
 }
 BENCHMARK(readPng<codecs::RowLayout::grey>)->UseManualTime()->Unit(benchmark::kMillisecond);
-BENCHMARK(readPng<codecs::RowLayout::rgb>)->UseManualTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(readPng<codecs::RowLayout::rgbx>)->UseManualTime()->Unit(benchmark::kMillisecond);
 BENCHMARK(readPng<codecs::RowLayout::rgba>)->UseManualTime()->Unit(benchmark::kMillisecond);
 
 template <codecs::RowLayout layout>
@@ -124,14 +124,14 @@ void readJpegFile(benchmark::State &state) {
   compare(state, photo(codecs::kJpegCodec, layout), codecs::kJpegCodec, readBareJpeg);
 }
 BENCHMARK(readJpegFile<codecs::RowLayout::grey>)->UseManualTime()->Unit(benchmark::kMillisecond);
-BENCHMARK(readJpegFile<codecs::RowLayout::rgb>)->UseManualTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(readJpegFile<codecs::RowLayout::rgbx>)->UseManualTime()->Unit(benchmark::kMillisecond);
 
 void write(benchmark::State &state, const codecs::CodecRecord &codec, codecs::RowLayout layout) {
   size_t size = 0;
   for (auto _ : state) size = photo(codec, layout).size();
   state.counters["bytes"] = static_cast<double>(size);
 }
-BENCHMARK_CAPTURE(write, png, codecs::kPngCodec, codecs::RowLayout::rgb)->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(write, jpeg, codecs::kJpegCodec, codecs::RowLayout::rgb)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(write, png, codecs::kPngCodec, codecs::RowLayout::rgbx)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(write, jpeg, codecs::kJpegCodec, codecs::RowLayout::rgbx)->Unit(benchmark::kMillisecond);
 
 }  // namespace

@@ -14,10 +14,10 @@ namespace {
 
 struct Importer {
   const ComponentTable *table;
-  codecs::Bytes file;
+  codecs::Bytes file{};
   bool decoded = false;  // tried, that is; `fault` tells how it went
   codecs::Fault fault = codecs::Fault::none;
-  codecs::DecodedImage image;
+  codecs::DecodedImage image{};
 
   const codecs::CodecRecord &codec() const noexcept {
     return *static_cast<const codecs::CodecRecord *>(table->context);

@@ -26,8 +26,17 @@ typedef Ptr *Handle; /* points to a master pointer, which points to the block */
 typedef long Size;   /* bytes */
 typedef OSStatus ComponentResult;
 
+/* The number of a code: its first character in the top byte. */
+#ifdef __cplusplus
+constexpr OSType MEDIA_CODE(char a, char b, char c, char d) {
+  return static_cast<OSType>(static_cast<uint8_t>(a)) << 24 |
+         static_cast<OSType>(static_cast<uint8_t>(b)) << 16 |
+         static_cast<OSType>(static_cast<uint8_t>(c)) << 8 | static_cast<uint8_t>(d);
+}
+#else
 #define MEDIA_CODE(a, b, c, d) \
   ((OSType)(uint8_t)(a) << 24 | (OSType)(uint8_t)(b) << 16 | (OSType)(uint8_t)(c) << 8 | (OSType)(uint8_t)(d))
+#endif
 
 enum {
   noErr = 0,

@@ -269,9 +269,9 @@ TEST(Jpeg, AWhiteImageWithTablesMadeForItStillLoads) {
   codecs::EncodeSource source;
   source.width = 4000;
   source.height = 3000;
-  source.layout = codecs::RowLayout::rgb;
+  source.layout = codecs::RowLayout::rgbx;
   source.copyRow = [](void *, uint32_t, uint8_t *out) noexcept {
-    std::memset(out, 255, 12000);
+    std::memset(out, 255, 16000);
     return true;
   };
   std::vector<uint8_t> file;
@@ -334,7 +334,7 @@ TEST(Jpeg, OtherBytesAreNotClaimed) {
 }
 
 TEST(Jpeg, WhatIsWrittenReadsBackCloseWithProfileAndDensity) {
-  for (const auto layout : {codecs::RowLayout::grey, codecs::RowLayout::rgb, codecs::RowLayout::rgba}) {
+  for (const auto layout : {codecs::RowLayout::grey, codecs::RowLayout::rgbx, codecs::RowLayout::rgba}) {
     codecs::EncodeSource source;
     source.width = 64;
     source.height = 48;

@@ -356,7 +356,7 @@ codecs::EncodeSource sourceOver(Rows &rows, uint32_t width, uint32_t height, cod
 }
 
 TEST(Png, WhatIsWrittenReadsBackWithProfileAndResolution) {
-  for (const auto layout : {codecs::RowLayout::grey, codecs::RowLayout::rgb, codecs::RowLayout::rgba}) {
+  for (const auto layout : {codecs::RowLayout::grey, codecs::RowLayout::rgbx, codecs::RowLayout::rgba}) {
     const size_t bytes = bytesPerPixel(layout);
     std::vector<uint8_t> pixels(31 * 17 * bytes);
     std::mt19937 random(7);
@@ -377,9 +377,9 @@ TEST(Png, WhatIsWrittenReadsBackWithProfileAndResolution) {
     for (uint32_t y = 0; y < 17; ++y) {
       for (uint32_t x = 0; x < 31; ++x) {
         const uint8_t *at = pixels.data() + (y * 31 + x) * bytes;
-        const Pixel expected = bytes == 1   ? Pixel{255, at[0], at[0], at[0]}
-                               : bytes == 3 ? Pixel{255, at[0], at[1], at[2]}
-                                            : Pixel{at[3], at[0], at[1], at[2]};
+        const uint8_t alpha = layout == codecs::RowLayout::rgba ? at[3] : uint8_t{255};
+        const Pixel expected =
+            bytes == 1 ? Pixel{255, at[0], at[0], at[0]} : Pixel{alpha, at[0], at[1], at[2]};
         ASSERT_EQ(pixelAt(decoded.value, x, y), expected);
       }
     }

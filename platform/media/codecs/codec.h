@@ -45,17 +45,16 @@ struct DecodedImage {
   const uint8_t *row(uint32_t y) const noexcept { return pixels.data() + y * rowBytes; }
 };
 
-enum class RowLayout : uint8_t { grey, rgb, rgba };  // 8 bits each, not premultiplied
+// 8 bits each, not premultiplied; the fourth byte of rgbx is ignored.
+enum class RowLayout : uint8_t { grey, rgbx, rgba };
 
-constexpr size_t bytesPerPixel(RowLayout layout) noexcept {
-  return layout == RowLayout::grey ? 1 : layout == RowLayout::rgb ? 3 : 4;
-}
+constexpr size_t bytesPerPixel(RowLayout layout) noexcept { return layout == RowLayout::grey ? 1 : 4; }
 
 // The image to encode, row by row.
 struct EncodeSource {
   uint32_t width = 0;
   uint32_t height = 0;
-  RowLayout layout = RowLayout::rgb;
+  RowLayout layout = RowLayout::rgbx;
   Bytes profile;  // ICC bytes to embed; empty: none
   Resolution resolution;
 

@@ -71,12 +71,11 @@ J_COLOR_SPACE inputOf(RowLayout layout) noexcept {
   switch (layout) {
     case RowLayout::grey:
       return JCS_GRAYSCALE;
-    case RowLayout::rgb:
-      return JCS_RGB;
+    case RowLayout::rgbx:
     case RowLayout::rgba:
       return JCS_EXT_RGBX;
   }
-  return JCS_RGB;
+  return JCS_EXT_RGBX;
 }
 
 void setUp(Writing &writing) {

@@ -68,7 +68,7 @@ int colourType(RowLayout layout) noexcept {
   switch (layout) {
     case RowLayout::grey:
       return PNG_COLOR_TYPE_GRAY;
-    case RowLayout::rgb:
+    case RowLayout::rgbx:
       return PNG_COLOR_TYPE_RGB;
     case RowLayout::rgba:
       return PNG_COLOR_TYPE_RGB_ALPHA;
@@ -98,6 +98,7 @@ void writeHeader(Writing &writing) {
                  PNG_RESOLUTION_METER);
   }
   png_write_info(writing.png, writing.info);
+  if (source.layout == RowLayout::rgbx) png_set_filler(writing.png, 0, PNG_FILLER_AFTER);
 }
 
 void writeAll(Writing &writing) {
