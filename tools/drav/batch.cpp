@@ -4,7 +4,7 @@
 
 #include <filesystem>
 #include <map>
-#include <set>
+#include <optional>
 
 #include "failure.h"
 #include "input.h"
