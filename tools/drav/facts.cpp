@@ -35,7 +35,7 @@ CGImageFileInfo inspect(CFDataRef file) {
 }
 
 std::optional<std::string> profileOf(CGColorSpaceRef space) {
-  const auto bytes = cf::adopt(space ? CGColorSpaceCopyICCData(space) : nullptr);
+  const auto bytes = cf::adopt(space ? CGColorSpaceCopyICCProfile(space) : nullptr);
   if (!bytes) return std::nullopt;
   return profileName(bytesOf(bytes.get()));
 }
@@ -54,7 +54,7 @@ Facts factsOf(CFDataRef file) {
   facts.bitsPerPixel = CGImageGetBitsPerPixel(pixels);
   facts.color = colorName(CGImageGetColorSpace(pixels));
   facts.hasAlpha = hasAlpha(CGImageGetAlphaInfo(pixels));
-  if (info.hasProfile) facts.profile = profileOf(CGImageGetColorSpace(pixels));
+  if (info.profileBytes > 0) facts.profile = profileOf(CGImageGetColorSpace(pixels));
   facts.dotsPerInchX = info.dotsPerInchX;
   facts.dotsPerInchY = info.dotsPerInchY;
   facts.fileBytes = static_cast<size_t>(CFDataGetLength(file));
