@@ -8,8 +8,12 @@ typedef struct CGImageFileInfo {
   char format[16]; /* "PNG", "JPEG", ... */
   uint32_t width;  /* pixels */
   uint32_t height;
-  int32_t depth;       /* as an importer reports it: 8 grey, 24 colour, 32 with alpha */
-  double dotsPerInchX; /* 0: the file does not say */
+  int32_t depth;            /* as an importer reports it: 8 grey, 24 colour, 32 with alpha */
+  uint32_t colorComponents; /* of a decoded pixel, alpha not counted: 1 grey, 3 RGB */
+  Boolean hasAlpha;
+  char profileName[128]; /* the embedded profile's own, in UTF-8, cut where it is longer; "unnamed" if it
+                            has none; empty: no profile that fits the pixels */
+  double dotsPerInchX;   /* 0: the file does not say */
   double dotsPerInchY;
 } CGImageFileInfo;
 

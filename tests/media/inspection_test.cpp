@@ -7,6 +7,7 @@
 #include "jpeg_maker.h"
 #include "media/codecs/limits.h"
 #include "png_maker.h"
+#include "profiles.h"
 
 namespace {
 
@@ -25,6 +26,33 @@ TEST(Inspection, TellsFormatSizeDepthAndResolution) {
   EXPECT_EQ(info.depth, 24);
   EXPECT_EQ(info.dotsPerInchX, 96);
   EXPECT_EQ(CGImageGetLastDecodeFault(), nullptr);
+}
+
+TEST(Inspection, TellsColoursAndAlpha) {
+  CGImageFileInfo info{};
+  const auto color = tinyPng();
+  ASSERT_TRUE(CGImageInspectData(color.data(), color.size(), &info));
+  EXPECT_EQ(info.colorComponents, 3u);
+  EXPECT_FALSE(info.hasAlpha);
+  EXPECT_STREQ(info.profileName, "");
+  const auto gray =
+      makeJpeg({.width = 2, .height = 1, .input = JCS_GRAYSCALE, .stored = JCS_GRAYSCALE, .samples = {7, 8}});
+  ASSERT_TRUE(CGImageInspectData(gray.data(), gray.size(), &info));
+  EXPECT_EQ(info.colorComponents, 1u);
+  EXPECT_FALSE(info.hasAlpha);
+  const auto alpha =
+      makePng({.width = 1, .height = 1, .colourType = PNG_COLOR_TYPE_RGBA, .samples = {1, 2, 3, 4}});
+  ASSERT_TRUE(CGImageInspectData(alpha.data(), alpha.size(), &info));
+  EXPECT_EQ(info.colorComponents, 3u);
+  EXPECT_TRUE(info.hasAlpha);
+}
+
+TEST(Inspection, NamesTheEmbeddedProfile) {
+  CGImageFileInfo info{};
+  const auto file = makePng(
+      {.width = 1, .height = 1, .profile = profileBytes(cmsCreate_sRGBProfile()), .samples = {1, 2, 3}});
+  ASSERT_TRUE(CGImageInspectData(file.data(), file.size(), &info));
+  EXPECT_NE(std::string(info.profileName).find("sRGB"), std::string::npos) << info.profileName;
 }
 
 TEST(Inspection, TellsWhyADecodeFailed) {

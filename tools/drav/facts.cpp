@@ -4,59 +4,31 @@
 #include "hush.h"
 #include "image.h"
 #include "media/inspection.h"
-#include "profile_name.h"
 
 namespace {
-
-std::string colorName(CGColorSpaceRef space) {
-  switch (space ? CGColorSpaceGetNumberOfComponents(space) : 0) {
-    case 1:
-      return "gray";
-    case 3:
-      return "RGB";
-    case 4:
-      return "CMYK";
-    default:
-      return "unknown";
-  }
-}
-
-bool hasAlpha(CGImageAlphaInfo info) noexcept {
-  return info != kCGImageAlphaNone && info != kCGImageAlphaNoneSkipLast && info != kCGImageAlphaNoneSkipFirst;
-}
 
 CGImageFileInfo inspect(CFDataRef file) {
   const Hush hush;
   CGImageFileInfo info = {};
-  if (!CGImageInspectData(CFDataGetBytePtr(file), static_cast<size_t>(CFDataGetLength(file)), &info)) {
-    throw Failure(decodeFault());
-  }
+  const auto bytes = bytesOf(file);
+  if (!CGImageInspectData(bytes.data(), bytes.size(), &info)) throw Failure(decodeFault());
   return info;
-}
-
-std::optional<std::string> profileOf(CGColorSpaceRef space) {
-  const auto bytes = cf::adopt(space ? CGColorSpaceCopyICCProfile(space) : nullptr);
-  if (!bytes) return std::nullopt;
-  return profileName(bytesOf(bytes.get()));
 }
 
 }  // namespace
 
 Facts factsOf(CFDataRef file) {
   const CGImageFileInfo info = inspect(file);
-  const Image image = decodeImage(file);
-  CGImageRef pixels = DRAVCFImageGetCGImage(image.get());
   Facts facts;
   facts.format = info.format;
-  facts.width = CGImageGetWidth(pixels);
-  facts.height = CGImageGetHeight(pixels);
-  facts.bitsPerComponent = CGImageGetBitsPerComponent(pixels);
-  facts.bitsPerPixel = CGImageGetBitsPerPixel(pixels);
-  facts.color = colorName(CGImageGetColorSpace(pixels));
-  facts.hasAlpha = hasAlpha(CGImageGetAlphaInfo(pixels));
-  if (info.profileBytes > 0) facts.profile = profileOf(CGImageGetColorSpace(pixels));
+  facts.width = info.width;
+  facts.height = info.height;
+  facts.bitsPerPixel = 8 * (info.colorComponents + (info.hasAlpha ? 1 : 0));
+  facts.color = info.colorComponents == 1 ? "gray" : "RGB";
+  facts.hasAlpha = info.hasAlpha;
+  if (*info.profileName) facts.profile = info.profileName;
   facts.dotsPerInchX = info.dotsPerInchX;
   facts.dotsPerInchY = info.dotsPerInchY;
-  facts.fileBytes = static_cast<size_t>(CFDataGetLength(file));
+  facts.fileBytes = bytesOf(file).size();
   return facts;
 }

@@ -11,11 +11,11 @@
 struct Facts {
   std::string format;
   size_t width = 0, height = 0;  // pixels
-  size_t bitsPerComponent = 0;   // as loaded; the file itself may hold more
-  size_t bitsPerPixel = 0;       // likewise, 32 also where the alpha byte means nothing
-  std::string color;             // "gray", "RGB", ...
+  size_t bitsPerComponent = 8;   // as read: files of 16 are rounded, fewer are spread
+  size_t bitsPerPixel = 0;       // likewise, alpha included
+  std::string color;             // "gray" or "RGB"
   bool hasAlpha = false;
-  std::optional<std::string> profile;         // its description; none: the file has no profile
+  std::optional<std::string> profile;         // its name; none: the file carries none that fits its colours
   double dotsPerInchX = 0, dotsPerInchY = 0;  // 0: the file does not say
   size_t fileBytes = 0;
 };

@@ -3,9 +3,9 @@
 #include <cstdio>
 
 #include "commands/commands.h"
+#include "decode_limits.h"
 #include "failure.h"
 #include "hush.h"
-#include "decode_limits.h"
 
 namespace {
 
@@ -22,6 +22,8 @@ void addToolOptions(CLI::App &tool) {
   tool.add_flag_callback("--verbose", Hush::switchOff, "let the library's own diagnostic lines through");
   tool.add_option_function<std::string>(
       "--limits", setLimits, "how much a file may cost, as NAME=NUMBER,...; names: " + limitNames());
+  tool.footer(
+      "Exit status: 0 if everything was done, 1 if a file failed, 2 if the command line was not understood.");
   tool.require_subcommand(1);
   tool.fallthrough();  // these options may also follow the command
 }

@@ -1,4 +1,4 @@
-#include "profile_name.h"
+#include "media/profile_name.h"
 
 #include <lcms2.h>
 
@@ -6,6 +6,7 @@
 #include <type_traits>
 #include <vector>
 
+namespace media {
 namespace {
 
 void appendUtf8(std::string &text, char32_t c) {
@@ -55,3 +56,5 @@ std::string profileName(std::span<const uint8_t> profile) {
   }
   return name.empty() ? "unnamed" : name;
 }
+
+}  // namespace media

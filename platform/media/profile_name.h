@@ -5,5 +5,9 @@
 #include <span>
 #include <string>
 
+namespace media {
+
 // The description that ICC profile bytes carry, in UTF-8; "unnamed" where they carry none.
 std::string profileName(std::span<const uint8_t> profile);
+
+}  // namespace media
