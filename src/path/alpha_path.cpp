@@ -11,8 +11,8 @@
 namespace drav::path {
 namespace {
 
-// The walk trusts its image, so everything it trusts in is looked at here: alpha first in pixels of four bytes,
-// rows without padding, and no more pixels than an index can name.
+// The walk trusts its image, so everything it trusts in is looked at here: alpha first in pixels of four
+// bytes, rows without padding, and no more pixels than an index can name.
 std::optional<ImageInfo> pixelsOf(DRAVCFImageRef image, float alphaThreshold) noexcept {
   if (!bufferHas32BitPixels(image)) return std::nullopt;
   if (image->alphaInfo != kCGImageAlphaPremultipliedFirst) return std::nullopt;

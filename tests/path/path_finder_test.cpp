@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <new>
+
+#include "path/failing_new.h"
 #include "path/tracing.h"
 
 // The expected paths and texts below were worked out by hand on squared paper, from the sweep alone: from a
@@ -235,6 +238,29 @@ TEST(TraceSubpaths, AWideImageHasTheRoundedColumnsOfFloats) {
   EXPECT_EQ(Lines({"M1000000,0 L1000001,0 Z"}), written(result.list));
   EXPECT_EQ(0U, result.text.find("starting subpath (1000000, 0)\nadding line (1000001, 0)\nPath 0\n"
                                  "\tMoveToPoint:  (1e+06, 0)\n\tAddLineToPoint:  (1e+06, 0)\n"));
+}
+
+// Whatever was recorded so far is given back, and what was said so far is said.
+TEST(TraceSubpaths, ThrowsAndLosesNothingWhereverMemoryRunsOut) {
+  const Picture picture = Picture::of({"X..X.X", "X.XX..", "XXX.XX", "X.X..X", ".X.XX."});
+  const Traced whole = traced(picture);
+  const auto visited = picture.flags();
+  for (long failAt = 1;; ++failAt) {
+    ASSERT_LT(failAt, 1000);
+    bool threw = false;
+    const std::string text = textOf([&](TextOutput &output) {
+      const FailingNew failing(failAt);
+      try {
+        TraceSubpaths(picture.info(), visited.get(), output);
+      } catch (const std::bad_alloc &) {
+        threw = true;
+      }
+      EXPECT_EQ(threw, failing.failed());
+    });
+    EXPECT_EQ(whole.text.substr(0, text.size()), text);
+    if (!threw) break;
+    EXPECT_LT(text.size(), whole.text.size());
+  }
 }
 
 // A walk that is told to go on in a direction, as the row scan never asks for.

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <cstdlib>
 #include <limits>
 #include <random>
 #include <sstream>
@@ -79,31 +78,22 @@ TEST(TextOutput, LosesNothingWhenTheBufferFillsManyTimes) {
 }
 
 TEST(TextOutput, StaysInOrderWithWhatIsPrintedToTheStreamBeforeAndAfter) {
-  char *text = nullptr;
-  std::size_t size = 0;
-  std::FILE *stream = open_memstream(&text, &size);
-  std::fputs("before ", stream);
-  { TextOutput(stream) << "between "; }
-  std::fputs("after", stream);
-  std::fclose(stream);
-  EXPECT_EQ("before between after", std::string(text, size));
-  std::free(text);
+  const MemoryStream stream;
+  std::fputs("before ", stream.get());
+  { TextOutput(stream.get()) << "between "; }
+  std::fputs("after", stream.get());
+  std::fflush(stream.get());
+  EXPECT_EQ("before between after", stream.text());
 }
 
 TEST(TextOutput, FlushAllWritesWhatEveryLiveOutputHolds) {
-  char *text = nullptr;
-  std::size_t size = 0;
-  std::FILE *stream = open_memstream(&text, &size);
-  {
-    TextOutput outer(stream);
-    TextOutput inner(stream);
-    inner << "inner";
-    outer << "outer ";
-    TextOutput::flushAll();
-    EXPECT_EQ("outer inner", std::string(text, size));
-  }
-  std::fclose(stream);
-  std::free(text);
+  const MemoryStream stream;
+  TextOutput outer(stream.get());
+  TextOutput inner(stream.get());
+  inner << "inner";
+  outer << "outer ";
+  TextOutput::flushAll();
+  EXPECT_EQ("outer inner", stream.text());
 }
 
 }  // namespace

@@ -73,20 +73,36 @@ struct Picture {
   }
 };
 
+// A C stream into memory.
+class MemoryStream {
+ public:
+  MemoryStream() : stream_(open_memstream(&text_, &size_)) {}
+  ~MemoryStream() {
+    std::fclose(stream_);
+    std::free(text_);
+  }
+  MemoryStream(const MemoryStream &) = delete;
+  MemoryStream &operator=(const MemoryStream &) = delete;
+
+  std::FILE *get() const { return stream_; }
+  // What had reached the stream when it was last flushed.
+  std::string text() const { return {text_, size_}; }
+
+ private:
+  char *text_ = nullptr;
+  std::size_t size_ = 0;
+  std::FILE *stream_;
+};
+
 // What work(output) prints.
 template <class Work>
 std::string textOf(Work &&work) {
-  char *text = nullptr;
-  std::size_t size = 0;
-  std::FILE *stream = open_memstream(&text, &size);
+  const MemoryStream stream;
   {
-    TextOutput output(stream);
+    TextOutput output(stream.get());
     work(output);
   }
-  std::fclose(stream);
-  std::string result(text, size);
-  std::free(text);
-  return result;
+  return stream.text();
 }
 
 // "M0,2 L2,2 Z" for a move-to, an add-line-to and a close.
