@@ -8,8 +8,12 @@ namespace drav::path {
 
 }  // namespace drav::path
 
-// The text is given apart from the condition: it is part of the interface, the condition's spelling is not.
+// The text is given apart from the condition where it is spelt otherwise: the texts are part of the
+// interface.
 #define DRAV_PATH_ASSERT(condition, text)                                                       \
   do {                                                                                          \
     if (!(condition)) ::drav::path::assertionFailed(__FILE_NAME__, unsigned{__LINE__}, (text)); \
   } while (false)
+
+// For a condition whose spelling is the text.
+#define DRAV_PATH_CHECK(condition) DRAV_PATH_ASSERT(condition, #condition)

@@ -22,6 +22,18 @@ void appendElement(CGMutablePathRef path, const PathElement &element, TextOutput
   }
 }
 
+std::size_t elementsOf(const SubpathList &list) noexcept {
+  std::size_t count = 0;
+  for (const Subpath &subpath : list) count += subpath.size();
+  return count;
+}
+
+std::size_t elementsOf(CGPathRef path) noexcept {
+  std::size_t count = 0;
+  CGPathApply(path, &count, [](void *info, const CGPathElement *) { ++*static_cast<std::size_t *>(info); });
+  return count;
+}
+
 }  // namespace
 
 bool ConvertSubpathsToPath(const SubpathList &list, CGMutablePathRef &path, TextOutput &output) {
@@ -31,7 +43,8 @@ bool ConvertSubpathsToPath(const SubpathList &list, CGMutablePathRef &path, Text
   for (const Subpath &subpath : list) {
     for (const PathElement &element : subpath) appendElement(path, element, output);
   }
-  return true;
+  // The platform's calls have no result: a path that could not grow is only found out by what it lacks.
+  return elementsOf(path) == elementsOf(list);
 }
 
 }  // namespace drav::path

@@ -9,46 +9,7 @@
 namespace drav::path {
 namespace {
 
-void checkDirection(int identifier, const Pixel &start, const Pixel &last) {
-  const int row = last.row;
-  const int column = last.column;
-  const int startRow = start.row;
-  const int startColumn = start.column;
-#define CHECK(condition) DRAV_PATH_ASSERT(condition, #condition)
-  switch (identifier % kDirections) {
-    case 0:
-      CHECK(row == startRow && column <= startColumn);
-      break;
-    case 1:
-      CHECK(row <= startRow && column <= startColumn);
-      break;
-    case 2:
-      CHECK(row <= startRow && column == startColumn);
-      break;
-    case 3:
-      CHECK(row <= startRow && column >= startColumn);
-      break;
-    case 4:
-      CHECK(row == startRow && column >= startColumn);
-      break;
-    case 5:
-      CHECK(row >= startRow && column >= startColumn);
-      break;
-    case 6:
-      CHECK(row >= startRow && column == startColumn);
-      break;
-    case 7:
-      CHECK(row >= startRow && column <= startColumn);
-      break;
-    default:
-      break;
-  }
-#undef CHECK
-}
-
-void assertIsPixel(PixelIndex lastValidIndex) {
-  DRAV_PATH_ASSERT(kNoPixel != lastValidIndex, "(size_t)-1 != lastValidIndex");
-}
+constexpr const char *kNoLastPixel = "(size_t)-1 != lastValidIndex";
 
 // The way back of a step with identifier k is k + 4. The next sweep begins right after it, three eighths of a
 // turn anticlockwise of the travel, and ends right before it.
@@ -101,13 +62,13 @@ class Walk {
   void stepTo(const Pixel &neighbour) {
     const ProcessingDirection direction = DirectionForIdentifier(identifier_);
     if (direction_ != ProcessingDirectionNone && direction != direction_) {
-      assertIsPixel(lastValid_.index);
+      DRAV_PATH_ASSERT(hasStepped(), kNoLastPixel);
       addVertex();
       segmentStart_ = lastValid_;
     }
     direction_ = direction;
     lastValid_ = current_ = neighbour;
-    checkDirection(identifier_, segmentStart_, lastValid_);
+    DirectionSanityCheck(identifier_, segmentStart_, lastValid_);
   }
 
   SubpathList *list_;
@@ -124,10 +85,40 @@ class Walk {
 
 }  // namespace
 
-void DirectionSanityCheck(const ImageInfo &info, int identifier, PixelIndex segmentStart,
-                          PixelIndex lastValidIndex) {
-  assertIsPixel(lastValidIndex);
-  checkDirection(identifier, PixelForIndex(info, segmentStart), PixelForIndex(info, lastValidIndex));
+void DirectionSanityCheck(int identifier, const Pixel &segmentStart, const Pixel &lastValid) {
+  DRAV_PATH_ASSERT(kNoPixel != lastValid.index, kNoLastPixel);
+  const int row = lastValid.row;
+  const int column = lastValid.column;
+  const int startRow = segmentStart.row;
+  const int startColumn = segmentStart.column;
+  switch (identifier % kDirections) {
+    case 0:
+      DRAV_PATH_CHECK(row == startRow && column <= startColumn);
+      break;
+    case 1:
+      DRAV_PATH_CHECK(row <= startRow && column <= startColumn);
+      break;
+    case 2:
+      DRAV_PATH_CHECK(row <= startRow && column == startColumn);
+      break;
+    case 3:
+      DRAV_PATH_CHECK(row <= startRow && column >= startColumn);
+      break;
+    case 4:
+      DRAV_PATH_CHECK(row == startRow && column >= startColumn);
+      break;
+    case 5:
+      DRAV_PATH_CHECK(row >= startRow && column >= startColumn);
+      break;
+    case 6:
+      DRAV_PATH_CHECK(row >= startRow && column == startColumn);
+      break;
+    case 7:
+      DRAV_PATH_CHECK(row >= startRow && column <= startColumn);
+      break;
+    default:
+      break;
+  }
 }
 
 void FollowSubpath(SubpathList *list, const ImageInfo &info, bool *visited, PixelIndex startIndex,

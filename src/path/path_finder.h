@@ -6,10 +6,9 @@
 
 namespace drav::path {
 
-// Asserts that the pixel just stepped to lies on that side of the current run's first pixel which the step's
-// direction implies.
-void DirectionSanityCheck(const ImageInfo &info, int identifier, PixelIndex segmentStart,
-                          PixelIndex lastValidIndex);
+// Asserts that the pixel just stepped to lies on that side of the current run's first pixel which the
+// direction of the step implies.
+void DirectionSanityCheck(int identifier, const Pixel &segmentStart, const Pixel &lastValid);
 
 // One walk along a boundary from segmentStart, extending the current subpath by a vertex wherever the walk
 // changes its direction, until it comes back next to startIndex or is stuck.

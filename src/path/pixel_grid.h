@@ -81,6 +81,7 @@ inline bool IsPixelOpaque(const ImageInfo &info, PixelIndex index) noexcept {
 }
 
 // Whether all eight neighbours exist and none is background. The pixel itself is not looked at.
+// This is the definition; boundary.h finds the same for whole rows at once.
 bool IsPixelFloating(const ImageInfo &info, PixelIndex index) noexcept;
 
 ProcessingDirection DirectionForIdentifier(int identifier) noexcept;

@@ -11,7 +11,7 @@ namespace {
 // The move-to of a subpath that no longer begins anything becomes a line.
 void continueWithLine(Subpath &subpath) {
   std::int32_t &type = subpath.at(0).type;
-  DRAV_PATH_ASSERT(kCGPathElementMoveToPoint == type, "kCGPathElementMoveToPoint == type");
+  DRAV_PATH_CHECK(kCGPathElementMoveToPoint == type);
   type = kCGPathElementAddLineToPoint;
 }
 

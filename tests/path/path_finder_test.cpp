@@ -323,38 +323,39 @@ const DirectionCase kDirectionCases[] = {
     {6, "row >= startRow && column == startColumn", [](int r, int c) { return r >= 0 && c == 0; }},
     {7, "row >= startRow && column <= startColumn", [](int r, int c) { return r >= 0 && c <= 0; }},
 };
-constexpr ImageInfo kFive{nullptr, 5, 5, 0.0F};
+constexpr Pixel kMiddle{12, 2, 2};  // of five by five
+constexpr Pixel kCorner{0, 0, 0};
+
+Pixel beside(int rows, int columns) {
+  return {static_cast<PixelIndex>(12 + 5 * rows + columns), 2 + rows, 2 + columns};
+}
 
 TEST(DirectionSanityCheck, PassesOnTheSideThatTheDirectionImplies) {
   for (const DirectionCase &direction : kDirectionCases) {
     for (int rows = -1; rows <= 1; ++rows) {
       for (int columns = -1; columns <= 1; ++columns) {
         if (!direction.holds(rows, columns)) continue;
-        DirectionSanityCheck(kFive, direction.identifier, 12,
-                             static_cast<PixelIndex>(12 + 5 * rows + columns));
-        DirectionSanityCheck(kFive, direction.identifier + 16, 12,
-                             static_cast<PixelIndex>(12 + 5 * rows + columns));
+        DirectionSanityCheck(direction.identifier, kMiddle, beside(rows, columns));
+        DirectionSanityCheck(direction.identifier + 16, kMiddle, beside(rows, columns));
       }
     }
   }
 }
 
 TEST(DirectionSanityCheck, ChecksNothingForANegativeRemainder) {
-  for (int identifier = -7; identifier < 0; ++identifier) DirectionSanityCheck(kFive, identifier, 12, 0);
+  for (int identifier = -7; identifier < 0; ++identifier) DirectionSanityCheck(identifier, kMiddle, kCorner);
 }
 
 TEST(DirectionSanityCheckDeathTest, NamesTheConditionThatFailed) {
   for (const DirectionCase &direction : kDirectionCases) {
-    // One wrong neighbour of each kind: the opposite of the direction's own.
     const Step back = kSteps[(direction.identifier + 4) % 8];
-    const auto wrong = static_cast<PixelIndex>(12 + 5 * back.rows + back.columns);
-    EXPECT_DEATH(DirectionSanityCheck(kFive, direction.identifier, 12, wrong),
+    EXPECT_DEATH(DirectionSanityCheck(direction.identifier, kMiddle, beside(back.rows, back.columns)),
                  assertionLine("path_finder.cpp", direction.text));
   }
 }
 
 TEST(DirectionSanityCheckDeathTest, AssertsThatThereIsAPixel) {
-  EXPECT_DEATH(DirectionSanityCheck(kFive, 0, 12, kNoPixel),
+  EXPECT_DEATH(DirectionSanityCheck(0, kMiddle, {kNoPixel, 0, 0}),
                assertionLine("path_finder.cpp", "(size_t)-1 != lastValidIndex"));
 }
 
