@@ -79,7 +79,7 @@ CFHashCode DRAVCFContextHash(CFTypeRef object) {
 CFStringRef DRAVCFContextCopyFormattingDesc(CFTypeRef object, CFDictionaryRef) {
   CGContextRef cgContext = cf::objectIn<__DRAVCFContext>(object).cgContext;
   const cf::Ref description = cf::adopt(cgContext ? CFCopyDescription(cgContext) : nullptr);
-  return CFStringCreateWithFormatNoArguments(CFGetAllocator(object),
+  return CFStringCreateWithFormatNoArguments(CFGetAllocator(object), nullptr,
                                              description ? description.get() : CFSTR("(NULL)"));
 }
 

@@ -38,7 +38,7 @@ CGImageRef DRAVCFImageGetCGImage(DRAVCFImageRef image) {
   cf::Ref provider =
       cf::adopt(CGDataProviderCreateWithData(info, copy.get(), image->bufferSize, DRAVCFReleaseImageBuffer));
   if (!provider) return nullptr;
-  copy.give();  // the provider frees it
+  static_cast<void>(copy.give());  // the provider frees it
   image->cgImage =
       CGImageCreate(image->width, image->height, image->bitsPerComponent, image->bitsPerPixel,
                     image->bytesPerRow, image->colorSpace, static_cast<CGBitmapInfo>(image->alphaInfo),

@@ -45,7 +45,7 @@ CGImageRef unpremultipliedImage(DRAVCFImageRef image) {
   const cf::Ref provider =
       cf::adopt(CGDataProviderCreateWithData(info, copy.get(), image->bufferSize, DRAVCFReleaseImageBuffer));
   if (!provider) return nullptr;
-  copy.give();  // the provider frees it
+  static_cast<void>(copy.give());  // the provider frees it
   return CGImageCreate(image->width, image->height, image->bitsPerComponent, image->bitsPerPixel,
                        image->bytesPerRow, image->colorSpace,
                        static_cast<CGBitmapInfo>(kCGImageAlphaPremultipliedFirst), provider.get(), nullptr,

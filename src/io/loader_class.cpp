@@ -26,7 +26,7 @@ void DRAVCFImageLoaderFinalize(CFTypeRef object) {
 CFStringRef DRAVCFImageLoaderCopyDebugDesc(CFTypeRef object) {
   CGImageRef image = cf::objectIn<__DRAVCFImageLoader>(object).cgImage;
   const cf::Ref description = cf::adopt(image ? CFCopyDescription(image) : nullptr);
-  return CFStringCreateWithFormatNoArguments(CFGetAllocator(object),
+  return CFStringCreateWithFormatNoArguments(CFGetAllocator(object), nullptr,
                                              description ? description.get() : CFSTR("(NULL)"));
 }
 
