@@ -1,21 +1,12 @@
 // Images from a platform image, from a caller's pixels, of a size, and as a copy.
-#include <climits>
-#include <cmath>
 #include <cstring>
 
 #include "core/block.h"
 #include "core/image.h"
+#include "core/whole_pixels.h"
 #include "foundation/ref.h"
 
 namespace {
-
-// Whole pixels nearest to a length, halves away from zero; no value for what no image can have.
-cf::Size wholePixels(CGFloat length) {
-  if (!(std::fabs(length) <= static_cast<CGFloat>(INT32_MAX))) return std::nullopt;
-  const long rounded = std::lround(length);
-  if (rounded < 0 || rounded > INT32_MAX) return std::nullopt;
-  return static_cast<size_t>(rounded);
-}
 
 cf::Size bufferBytes(size_t width, size_t height, size_t bytesPerRow) {
   if (!cf::sidePixels(width) || !cf::sidePixels(height)) return std::nullopt;
@@ -67,8 +58,8 @@ DRAVCFImageRef DRAVCFImageCreateWithBuffer(CFAllocatorRef allocator, const uint8
 }
 
 DRAVCFImageRef DRAVCFImageCreateWithSize(CFAllocatorRef allocator, CGSize size, Boolean isColor) {
-  const cf::Size width = wholePixels(size.width);
-  const cf::Size height = wholePixels(size.height);
+  const cf::Size width = drav::wholePixels(size.width);
+  const cf::Size height = drav::wholePixels(size.height);
   if (!width || !height) return nullptr;
   cf::Ref image = cf::adopt(DRAVCFImageCreate(allocator));
   if (!image) return nullptr;
