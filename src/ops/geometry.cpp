@@ -102,7 +102,8 @@ void DRAVCFImageScaleToSize(DRAVCFImageRef image, CGSize size) {
   if (!width || !height) return;
   if (*width == DRAVCFImageGetWidth(image) && *height == DRAVCFImageGetHeight(image)) return;
   if (!DRAVCFImageGetCGImage(image)) return;
-  redraw(image, *width, *height, CGRectMake(0, 0, static_cast<CGFloat>(*width), static_cast<CGFloat>(*height)));
+  redraw(image, *width, *height,
+         CGRectMake(0, 0, static_cast<CGFloat>(*width), static_cast<CGFloat>(*height)));
 }
 
 void DRAVCFImageFlipVertically(DRAVCFImageRef image) {

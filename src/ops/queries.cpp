@@ -1,4 +1,6 @@
 // What an image says about its colour and alpha.
+#include <algorithm>
+
 #include "core/image.h"
 #include "ops/pixel_words.h"
 
@@ -9,12 +11,17 @@ int DRAVCFImageIsColor(DRAVCFImageRef image) {
 
 int DRAVCFImageHasAlpha(DRAVCFImageRef image) { return drav::hasAlpha(DRAVCFImageGetAlphaInfo(image)); }
 
-// Reads the first byte of every pixel, wherever the layout has its alpha.
+// The first byte of every pixel counts, wherever the layout has its alpha. Where a row claims more pixels
+// than the buffer has bytes left, what is there decides.
 int DRAVCFImageIsOpaque(DRAVCFImageRef image) {
   if (!DRAVCFImageHasAlpha(image)) return 1;
-  if (!DRAVCFImageGetImageBuffer(image) || !drav::bufferHas32BitPixels(image)) return 1;
+  const uint8_t *buffer = DRAVCFImageGetImageBuffer(image);
+  if (!buffer) return 1;
   for (size_t row = 0; row < image->height; ++row) {
-    if (!drav::firstBytesAre255(image->buffer + row * image->bytesPerRow, image->width)) return 0;
+    const size_t start = row * image->bytesPerRow;
+    if (start >= image->bufferSize) break;
+    const size_t reachable = (image->bufferSize - start + drav::kPixelBytes - 1) / drav::kPixelBytes;
+    if (!drav::firstBytesAre255(buffer + start, std::min(image->width, reachable))) return 0;
   }
   return 1;
 }

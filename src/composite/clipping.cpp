@@ -1,0 +1,39 @@
+#include "composite/clipping.h"
+
+#include <climits>
+
+#include "foundation/sizes.h"
+
+namespace drav {
+
+CGRect clippedToImage(CGRect rect, size_t width, size_t height) noexcept {
+  rect = CGRectIntegral(CGRectStandardize(rect));
+  const auto imageWidth = static_cast<CGFloat>(width);
+  const auto imageHeight = static_cast<CGFloat>(height);
+  if (rect.origin.x < 0) rect.origin.x = 0;
+  if (CGRectGetMaxX(rect) > imageWidth) rect.size.width = imageWidth - rect.origin.x;
+  if (rect.origin.y < 0) rect.origin.y = 0;
+  if (CGRectGetMaxY(rect) > imageHeight) rect.size.height = imageHeight - rect.origin.y;
+  return rect;
+}
+
+bool pixelArea(const CGRect &rect, PixelArea &area) noexcept {
+  const auto x = cf::sidePixels(CGRectGetMinX(rect));
+  const auto y = cf::sidePixels(CGRectGetMinY(rect));
+  const auto width = cf::sidePixels(CGRectGetWidth(rect));
+  const auto height = cf::sidePixels(CGRectGetHeight(rect));
+  if (!x || !y || !width || !height) return false;
+  area = {*x, *y, *width, *height};
+  return true;
+}
+
+bool walkFits(const PixelArea &area, size_t bytesPerPixel, size_t bytesPerRow, size_t bufferSize) noexcept {
+  if (area.width == 0 || area.height == 0) return true;
+  const cf::Size rowEnd = cf::product(area.x + area.width, bytesPerPixel);
+  if (!rowEnd || *rowEnd > bytesPerRow) return false;
+  const cf::Size lastRow = cf::product(area.y + area.height - 1, bytesPerRow);
+  const cf::Size end = lastRow ? cf::sum(*lastRow, *rowEnd) : std::nullopt;
+  return end && *end <= bufferSize;
+}
+
+}  // namespace drav

@@ -1,0 +1,51 @@
+// Compositing one rectangle of an image into one rectangle of pixels.
+#include "composite/clipping.h"
+#include "composite/rows.h"
+#include "core/image.h"
+#include "foundation/sizes.h"
+
+namespace {
+
+// Crops and scales an image to the size of a destination. Its rectangle counts rows from the top and crop
+// counts them from the bottom, and both are left so. False if the image did not come out at that size.
+bool fitSource(DRAVCFImageRef image, const CGRect &sourceRect, const CGRect &destinationRect) {
+  const CGSize size = CGSizeMake(CGRectGetWidth(destinationRect), CGRectGetHeight(destinationRect));
+  DRAVCFImageCropToRect(image, sourceRect);
+  DRAVCFImageScaleToSize(image, size);
+  return static_cast<CGFloat>(DRAVCFImageGetWidth(image)) == size.width &&
+         static_cast<CGFloat>(DRAVCFImageGetHeight(image)) == size.height;
+}
+
+}  // namespace
+
+void DRAVCFImageCompositeRect(DRAVCFImageRef sourceImage, const CGRect *sourceRect, size_t sourceWidth,
+                              size_t sourceHeight, size_t sourceBytesPerRow, uint8_t *destinationBuffer,
+                              const CGRect *destinationRect, size_t destinationWidth,
+                              size_t destinationHeight, size_t destinationBytesPerRow, size_t bytesPerPixel,
+                              DRAVCFCompositeFunction compositor) {
+  if (!sourceRect || !destinationRect || !destinationBuffer || !compositor) return;
+  CGRect from = drav::clippedToImage(*sourceRect, sourceWidth, sourceHeight);
+  const CGRect to = drav::clippedToImage(*destinationRect, destinationWidth, destinationHeight);
+  if (!drav::hasPixels(from) || !drav::hasPixels(to)) return;
+  if (!CGSizeEqualToSize(from.size, to.size)) {
+    if (!fitSource(sourceImage, from, to)) return;
+    sourceBytesPerRow = DRAVCFImageGetBytesPerRow(sourceImage);
+    from = CGRectMake(0, 0, CGRectGetWidth(to), CGRectGetHeight(to));
+  }
+  const uint8_t *source = DRAVCFImageGetImageBuffer(sourceImage);
+  drav::PixelArea read{}, written{};
+  if (!source || !drav::pixelArea(from, read) || !drav::pixelArea(to, written)) return;
+  // The destination's size sets the walk in both. A source that an earlier rectangle has cropped or scaled
+  // may no longer reach that far.
+  read.width = written.width;
+  read.height = written.height;
+  cf::Size destinationSize = cf::product(destinationBytesPerRow, destinationHeight);
+  if (!destinationSize || !drav::walkFits(read, bytesPerPixel, sourceBytesPerRow, sourceImage->bufferSize) ||
+      !drav::walkFits(written, bytesPerPixel, destinationBytesPerRow, *destinationSize)) {
+    return;
+  }
+  drav::compositeRows(compositor, source + read.y * sourceBytesPerRow + read.x * bytesPerPixel,
+                      sourceBytesPerRow,
+                      destinationBuffer + written.y * destinationBytesPerRow + written.x * bytesPerPixel,
+                      destinationBytesPerRow, written.width, written.height, bytesPerPixel);
+}
