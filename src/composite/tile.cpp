@@ -1,0 +1,172 @@
+// Repeating a rectangle of one image over a rectangle of another.
+//
+// Each tile is one composite. They all read the same source, so what each would do to it (copy it, promote
+// it, and where a tile is cut off crop and scale it) is done once, and only to the pixels that are read.
+#include <cmath>
+#include <cstring>
+#include <iterator>
+
+#include "composite/clipping.h"
+#include "composite/job.h"
+#include "composite/work_image.h"
+#include "core/block.h"
+#include "core/image.h"
+#include "foundation/sizes.h"
+
+namespace {
+
+// How many tiles there are, and where they lie.
+struct Grid {
+  uint32_t columns, rows;
+  CGFloat x, y, stepX, stepY;  // of the first tile, and from one to the next
+  CGSize tile;
+
+  [[nodiscard]] CGRect at(uint32_t column, uint32_t row) const {
+    return {{x + static_cast<CGFloat>(column) * stepX, y + static_cast<CGFloat>(row) * stepY}, tile};
+  }
+};
+
+// ceil(area / tile): the quotient in single precision, as the tiles' places are.
+uint32_t tilesAcross(uint32_t area, uint32_t tile) {
+  const CGFloat quotient = static_cast<CGFloat>(area) / static_cast<CGFloat>(tile);
+  return static_cast<uint32_t>(std::ceil(static_cast<double>(quotient)));
+}
+
+// False where there is nothing to tile.
+bool makeGrid(CGRect sourceRect, CGRect destinationRect, uint32_t startCorner, Grid &grid) {
+  const auto tileWidth = cf::sidePixels(CGRectGetWidth(sourceRect));
+  const auto tileHeight = cf::sidePixels(CGRectGetHeight(sourceRect));
+  const auto areaWidth = cf::sidePixels(CGRectGetWidth(destinationRect));
+  const auto areaHeight = cf::sidePixels(CGRectGetHeight(destinationRect));
+  if (!tileWidth || !tileHeight || !areaWidth || !areaHeight || startCorner > 3) return false;
+  if (*tileWidth == 0 || *tileHeight == 0 || *areaWidth == 0 || *areaHeight == 0) return false;
+  const bool fromRight = startCorner == 1 || startCorner == 3;
+  const bool fromGreatestY = startCorner == 0 || startCorner == 1;
+  const CGFloat width = CGRectGetWidth(sourceRect);
+  const CGFloat height = CGRectGetHeight(sourceRect);
+  grid.columns = tilesAcross(*areaWidth, *tileWidth);
+  grid.rows = tilesAcross(*areaHeight, *tileHeight);
+  grid.x = fromRight ? CGRectGetMaxX(destinationRect) - static_cast<CGFloat>(*tileWidth)
+                     : CGRectGetMinX(destinationRect);
+  grid.y = fromGreatestY ? CGRectGetMaxY(destinationRect) - static_cast<CGFloat>(*tileHeight)
+                         : CGRectGetMinY(destinationRect);
+  grid.stepX = fromRight ? -width : width;
+  grid.stepY = fromGreatestY ? -height : height;
+  grid.tile = sourceRect.size;
+  return true;
+}
+
+void tilePlainly(DRAVCFImageRef source, DRAVCFImageRef destination, const CGRect &sourceRect,
+                 const Grid &grid, DRAVCFBlendMode mode) {
+  for (uint32_t row = 0; row < grid.rows; ++row) {
+    for (uint32_t column = 0; column < grid.columns; ++column) {
+      const CGRect tile = grid.at(column, row);
+      DRAVCFImageComposite(source, destination, &sourceRect, &tile, 1, mode);
+    }
+  }
+}
+
+// The source cropped and scaled for tiles that an edge of the destination cuts off. Many tiles are cut to one
+// size, so the last few results are kept.
+class FittedSources {
+ public:
+  FittedSources(DRAVCFImageRef work, const drav::CompositeJob &job, const CGRect &sourceRect)
+      : work_(work), bytesPerPixel_(job.bytesPerPixel) {
+    hasArea_ = drav::pixelArea(drav::clippedToImage(sourceRect, job.sourceWidth, job.sourceHeight), area_);
+    // The rectangle counts rows from the top, and cropping counts them from the bottom.
+    if (hasArea_) area_.y = job.sourceHeight - (area_.y + area_.height);
+  }
+
+  // An image of that size; NULL if it cannot be made.
+  DRAVCFImageRef at(CGSize size) {
+    for (const Entry &entry : entries_) {
+      if (entry.image && CGSizeEqualToSize(entry.size, size)) return entry.image.get();
+    }
+    Entry &oldest = entries_[next_++ % std::size(entries_)];
+    oldest = {size, make(size)};
+    return oldest.image.get();
+  }
+
+ private:
+  struct Entry {
+    CGSize size{};
+    cf::Ref<DRAVCFImageRef> image;
+  };
+
+  [[nodiscard]] cf::Ref<DRAVCFImageRef> make(CGSize size) const {
+    cf::Ref image = hasArea_ ? cropped() : nullptr;
+    if (!image) return nullptr;
+    DRAVCFImageScaleToSize(image.get(), size);
+    const bool fits = static_cast<CGFloat>(image->width) == size.width &&
+                      static_cast<CGFloat>(image->height) == size.height;
+    return fits && image->buffer ? image : nullptr;
+  }
+
+  [[nodiscard]] cf::Ref<DRAVCFImageRef> cropped() const {
+    CFAllocatorRef allocator = CFGetAllocator(work_);
+    if (!drav::walkFits(area_, bytesPerPixel_, work_->bytesPerRow, work_->bufferSize)) return nullptr;
+    const size_t rowBytes = area_.width * bytesPerPixel_;
+    const cf::Size size = cf::bitmapBytes(rowBytes, area_.height);
+    cf::Ref image = cf::adopt(DRAVCFImageCreate(allocator));
+    drav::Block pixels(allocator, size);
+    if (!image || !size || !pixels) return nullptr;
+    for (size_t row = 0; row < area_.height; ++row) {
+      std::memcpy(pixels.get() + row * rowBytes,
+                  work_->buffer + (area_.y + row) * work_->bytesPerRow + area_.x * bytesPerPixel_, rowBytes);
+    }
+    drav::installBuffer(
+        image.get(), {pixels.give(), *size, area_.width, area_.height, work_->bitsPerComponent,
+                      work_->bitsPerPixel, rowBytes, cf::share(work_->colorSpace).give(), work_->alphaInfo});
+    return image;
+  }
+
+  DRAVCFImageRef work_;
+  size_t bytesPerPixel_;
+  drav::PixelArea area_{};
+  bool hasArea_ = false;
+  Entry entries_[8];
+  size_t next_ = 0;
+};
+
+void compositeFitted(const drav::CompositeJob &job, DRAVCFImageRef fitted, const CGRect &tile) {
+  drav::CompositeJob fittedJob = job;
+  fittedJob.sourceWidth = fitted->width;
+  fittedJob.sourceHeight = fitted->height;
+  fittedJob.sourceBytesPerRow = fitted->bytesPerRow;
+  const CGRect whole =
+      CGRectMake(0, 0, static_cast<CGFloat>(fitted->width), static_cast<CGFloat>(fitted->height));
+  drav::compositeOne(fittedJob, fitted, whole, tile);
+}
+
+void tileAtOnce(DRAVCFImageRef work, const drav::CompositeJob &job, const CGRect &sourceRect,
+                const Grid &grid) {
+  FittedSources fittedSources(work, job, sourceRect);
+  for (uint32_t row = 0; row < grid.rows; ++row) {
+    for (uint32_t column = 0; column < grid.columns; ++column) {
+      const CGRect tile = grid.at(column, row);
+      if (!drav::needsFitting(job, sourceRect, tile)) {
+        drav::compositeOne(job, work, sourceRect, tile);
+        continue;
+      }
+      const CGRect cut = drav::clippedToImage(tile, job.destinationWidth, job.destinationHeight);
+      if (DRAVCFImageRef fitted = fittedSources.at(cut.size)) compositeFitted(job, fitted, tile);
+    }
+  }
+}
+
+}  // namespace
+
+void DRAVCFImageTile(DRAVCFImageRef sourceImage, DRAVCFImageRef destinationImage, CGRect sourceRect,
+                     CGRect destinationRect, DRAVCFBlendMode mode, uint32_t startCorner) {
+  Grid grid;
+  if (!makeGrid(sourceRect, destinationRect, startCorner, grid)) return;
+  if (sourceImage == destinationImage) {
+    // Every tile changes what the next one reads.
+    tilePlainly(sourceImage, destinationImage, sourceRect, grid, mode);
+    return;
+  }
+  const drav::WorkImage work = drav::WorkImage::forReading(sourceImage, destinationImage);
+  if (!work) return;
+  const drav::CompositeJob job = drav::prepareJob(work.get(), destinationImage, mode);
+  if (job.compositor) tileAtOnce(work.get(), job, sourceRect, grid);
+}
