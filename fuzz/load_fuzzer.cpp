@@ -1,40 +1,19 @@
-// The whole way from bytes of an unknown format to pixels in an offscreen world.
+// The whole way from bytes to pixels that can be written to, with the format named and with it unknown.
 
-#include <cstdint>
-#include <vector>
+#include <DravKit/DravKit.h>
 
 #include "codec_fuzzing.h"
-#include "media/media.h"
+#include "foundation/ref.h"
 
 namespace {
 
-void drawAll(GraphicsImportComponent importer, const ImageDescription &description) {
-  const bool grey = description.depth == 8;
-  const size_t rowBytes = static_cast<size_t>(description.width) * (grey ? 1 : 4);
-  std::vector<char> pixels(rowBytes * static_cast<size_t>(description.height));
-  const Rect bounds{0, 0, description.height, description.width};
-  GWorldPtr world = nullptr;
-  if (NewGWorldFromPtr(&world, grey ? k8IndexedGrayPixelFormat : k32ARGBPixelFormat, &bounds, nullptr,
-                       nullptr, 0, pixels.data(), static_cast<int32_t>(rowBytes)) == noErr &&
-      GraphicsImportSetGWorld(importer, world, nullptr) == noErr) {
-    GraphicsImportDraw(importer);
-  }
-  DisposeGWorld(world);
-}
-
-void load(Handle reference) {
-  GraphicsImportComponent importer = nullptr;
-  if (GetGraphicsImporterForDataRefWithFlags(reference, HandleDataHandlerSubType, &importer, 0) != noErr)
-    return;
-  ImageDescriptionHandle description = nullptr;
-  if (GraphicsImportGetImageDescription(importer, &description) == noErr) {
-    Handle profile = nullptr;
-    GraphicsImportGetColorSyncProfile(importer, &profile);
-    if (profile) DisposeHandle(profile);
-    drawAll(importer, **description);
-    DisposeHandle(reinterpret_cast<Handle>(description));
-  }
-  CloseComponent(importer);
+void load(CFDataRef data, DRAVCFImageFormat format) {
+  const auto image = cf::adopt(DRAVCFImageCreateWithFormattedData(kCFAllocatorDefault, data, format));
+  if (!image) return;
+  const uint8_t *pixels = DRAVCFImageGetImageBuffer(image.get());
+  const size_t size = DRAVCFImageGetImageBufferSize(image.get());
+  if (!pixels || size != DRAVCFImageGetBytesPerRow(image.get()) * DRAVCFImageGetHeight(image.get()))
+    std::abort();
 }
 
 }  // namespace
@@ -42,11 +21,10 @@ void load(Handle reference) {
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *bytes, size_t size) {
   const CGImageDecodeLimits limits = fuzzingLimits();
   CGImageSetDecodeLimits(&limits);
-  Handle data = nullptr, reference = nullptr;
-  PtrToHand(bytes, &data, static_cast<Size>(size));
-  PtrToHand(&data, &reference, sizeof data);
-  load(reference);
-  DisposeHandle(reference);
-  DisposeHandle(data);
+  const auto data = cf::adopt(CFDataCreate(kCFAllocatorDefault, bytes, static_cast<CFIndex>(size)));
+  for (const DRAVCFImageFormat format :
+       {kDRAVCFImageFormatUnknown, kDRAVCFImageFormatPNG, kDRAVCFImageFormatJPEG}) {
+    load(data.get(), format);
+  }
   return 0;
 }

@@ -1,6 +1,7 @@
 // The built-in importers: a codec behind the component calls.
 
 #include <algorithm>
+#include <cmath>
 #include <limits>
 #include <new>
 
@@ -45,7 +46,7 @@ codecs::Fault decodeOnce(Importer &importer) noexcept {
 }
 
 Fixed toFixed(double dotsPerInch) noexcept {
-  return dotsPerInch > 0 && dotsPerInch < 32767 ? static_cast<Fixed>(dotsPerInch * 65536 + 0.5) : 0;
+  return dotsPerInch > 0 && dotsPerInch < 32767 ? static_cast<Fixed>(std::lround(dotsPerInch * 65536)) : 0;
 }
 
 OSErr open(const ComponentTable *table, void **self) {
