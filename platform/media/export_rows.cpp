@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <limits>
 
+#include "graphics/image.h"
 #include "media/decoded_spaces.h"
 
 namespace media {
@@ -88,6 +89,8 @@ std::unique_ptr<ExportRows> ExportRows::make(CGImageRef image, AlphaSupport supp
   rows->layout_ = layoutOf(grey, alpha && !onWhite);
   rows->form_ = formOf(grey, onWhite);
   rows->profile_ = cf::adopt(CGColorSpaceCopyICCProfile(space.get()));
+  const cg::Resolution resolution = cg::imageResolution(image);
+  rows->resolution_ = {resolution.x, resolution.y};
   rows->reader_ = cg::RowReader::make(image, space.get(), rows->form_);
   if (onWhite) rows->premultiplied_ = std::make_unique<uint8_t[]>(width * bytesPerPixel(rows->form_));
   if (!rows->reader_) return nullptr;
@@ -99,6 +102,7 @@ codecs::EncodeSource ExportRows::source() noexcept {
   source.width = width_;
   source.height = height_;
   source.layout = layout_;
+  source.resolution = resolution_;
   if (profile_) {
     source.profile = {CFDataGetBytePtr(profile_.get()), static_cast<size_t>(CFDataGetLength(profile_.get()))};
   }

@@ -25,6 +25,7 @@ class ExportRows {
   uint32_t height_ = 0;
   codecs::RowLayout layout_ = codecs::RowLayout::rgbx;
   cg::RowForm form_ = cg::RowForm::rgbaStraight;
+  codecs::Resolution resolution_;
   cf::Ref<CFDataRef> profile_;
   std::unique_ptr<cg::RowReader> reader_;
   std::unique_ptr<uint8_t[]> premultiplied_;  // one row, when the image is composed over white

@@ -6,6 +6,8 @@
 
 #include "foundation/guard.h"
 #include "foundation/ref.h"
+#include "graphics/data_provider.h"
+#include "graphics/image.h"
 #include "media/codecs/registry.h"
 #include "media/decode_fault.h"
 #include "media/decoded_spaces.h"
@@ -46,20 +48,19 @@ cf::Ref<CGImageRef> wrap(codecs::DecodedImage &image, const Presentation &presen
   const auto space = media::spaceOf(image);
   const auto provider = providerOver(image.pixels);
   if (!space || !provider) return nullptr;
-  return cf::adopt(CGImageCreate(image.width, image.height, 8, 8 * bytesPerPixel(image.layout),
-                                 image.rowBytes, space.get(), alphaInfoOf(image.layout), provider.get(),
-                                 presentation.decode, presentation.shouldInterpolate, presentation.intent));
+  auto made =
+      cf::adopt(CGImageCreate(image.width, image.height, 8, 8 * bytesPerPixel(image.layout), image.rowBytes,
+                              space.get(), alphaInfoOf(image.layout), provider.get(), presentation.decode,
+                              presentation.shouldInterpolate, presentation.intent));
+  if (made) cg::setImageResolution(made.get(), {image.resolution.x, image.resolution.y});
+  return made;
 }
 
 CGImageRef decode(const codecs::CodecRecord &codec, CGDataProviderRef source,
                   const Presentation &presentation) {
   return cf::guarded([&]() -> CGImageRef {
     if (!source) return nullptr;
-    const auto data = cf::adopt(CGDataProviderCopyData(source));
-    if (!data) return nullptr;
-    auto decoded =
-        codec.decode({CFDataGetBytePtr(data.get()), static_cast<size_t>(CFDataGetLength(data.get()))},
-                     CGImageGetDecodeLimits());
+    auto decoded = codec.decode(cg::providerBytes(source), CGImageGetDecodeLimits());
     media::noteDecode(decoded.fault);
     if (!decoded) return nullptr;
     auto image = wrap(decoded.value, presentation);

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "graphics/profile.h"
+#include "graphics/image.h"
 #include "image_support.h"
 #include "jpeg_maker.h"
 #include "media/codecs/registry.h"
@@ -97,6 +97,18 @@ TEST(GraphicsExport, TheSpacesProfileIsEmbedded) {
   const auto file = decoded(exportAs(kPng, greyImage.get()));
   EXPECT_EQ(file.profile, grey);
   EXPECT_EQ(pixels(file), (std::vector<uint8_t>{77}));
+}
+
+TEST(GraphicsExport, TheImagesResolutionIsWritten) {
+  const auto space = cf::adopt(CGColorSpaceCreateDeviceGray());
+  const auto image = imageOf(1, 1, 1, space.get(), kCGImageAlphaNone, {0});
+  ASSERT_TRUE(image);
+  cg::setImageResolution(image.get(), {300, 150});
+  for (const OSType type : {kPng, kJpeg}) {
+    const auto file = decoded(exportAs(type, image.get()));
+    EXPECT_NEAR(file.resolution.x, 300, 0.02);
+    EXPECT_NEAR(file.resolution.y, 150, 0.02);
+  }
 }
 
 TEST(GraphicsExport, JpegIsComposedOverWhite) {

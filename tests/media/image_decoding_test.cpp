@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "graphics/image.h"
 #include "graphics/profile.h"
 #include "image_support.h"
 #include "jpeg_maker.h"
@@ -97,6 +98,14 @@ TEST(ImageDecoding, ArgumentsAreKeptInTheImage) {
   EXPECT_EQ(CGImageGetDecode(image.get())[0], 1);
   EXPECT_FALSE(CGImageGetShouldInterpolate(image.get()));
   EXPECT_EQ(CGImageGetRenderingIntent(image.get()), kCGRenderingIntentSaturation);
+}
+
+TEST(ImageDecoding, TheResolutionIsKeptBesideTheImage) {
+  PngRecipe recipe{.width = 1, .height = 1, .samples = {1, 2, 3}};
+  recipe.dotsPerMetre = 11811;
+  const auto image = decodePng(makePng(recipe));
+  ASSERT_TRUE(image);
+  EXPECT_NEAR(cg::imageResolution(image.get()).x, 300, 0.01);
 }
 
 TEST(ImageDecoding, OtherFormatsAndDamageGiveNothingAndAReason) {
