@@ -25,24 +25,18 @@ namespace drav::HWY_NAMESPACE {
 const RowTable *targetRows() { return &kPlainRows; }
 #else
 
-template <PixelFormat Format, class Mode>
-struct Combine;
-
-// A vector of result bytes; any byte set in `doubtful` makes its pixel the kernel's.
+// A vector of result bytes; the pixels in the lanes of `doubtful` are the kernel's to say.
 struct Outcome {
-  Bytes bytes, doubtful;
+  Bytes bytes;
+  PixelMask doubtful;
 };
 
-HWY_INLINE Bytes noDoubt() { return hn::Zero(D8()); }
-HWY_INLINE Bytes asBytes(Pixels v) { return hn::BitCast(D8(), v); }
+HWY_INLINE Outcome certain(Bytes bytes) { return {bytes, hn::MaskFromVec(hn::Zero(D32()))}; }
 
-// Non-zero where a colour exceeds its alpha.
-HWY_INLINE Bytes invalidBytes(Bytes v, Words alpha) {
-  const Bytes alphas = hn::BitCast(D8(), hn::Or(alpha, hn::ShiftLeft<8>(alpha)));
-  return hn::SaturatedSub(v, alphas);
-}
-HWY_INLINE Bytes invalidBytes(const Argb &p) {
-  return hn::Or(invalidBytes(p.s, p.sa), invalidBytes(p.d, p.da));
+// The pixels in which a colour exceeds its alpha.
+HWY_INLINE PixelMask invalidPixels(Bytes s, Bytes d) {
+  const Bytes excess = hn::Or(hn::SaturatedSub(s, alphaInBytes(s)), hn::SaturatedSub(d, alphaInBytes(d)));
+  return hn::Ne(hn::BitCast(D32(), excess), hn::Zero(D32()));
 }
 
 template <class Mode>
@@ -52,36 +46,38 @@ concept ValidOnly = requires {
 
 template <class Mode>
 HWY_INLINE Outcome combineARGB(Bytes s, Bytes d) {
-  const Argb p(s, d);
   if constexpr (Mode::onAlpha == Effect::clear) {
-    return {hn::Zero(D8()), noDoubt()};
+    return certain(hn::Zero(D8()));
   } else if constexpr (Mode::onAlpha == Effect::copy) {
-    return {s, noDoubt()};
+    return certain(s);
   } else if constexpr (Mode::onAlpha == Effect::keep) {
-    return {d, noDoubt()};
+    return certain(d);
   } else if constexpr (Guess<Mode>::exists) {
     const Guessed guessed = guessARGB<Mode>(s, d);
-    return {asBytes(guessed.bytes), hn::Or(asBytes(guessed.doubtful), invalidBytes(p))};
+    return {hn::BitCast(D8(), guessed.bytes),
+            hn::Or(guessed.doubtful(Guess<Mode>::least), invalidPixels(s, d))};
   } else if constexpr (ValidOnly<Mode>) {
-    return {Lanes<Mode>::argb(p), invalidBytes(p)};
+    return {Lanes<Mode>::argb(Argb(s, d)).bytes, invalidPixels(s, d)};
   } else {
-    return {Lanes<Mode>::argb(p), noDoubt()};
+    return certain(Lanes<Mode>::argb(Argb(s, d)));
   }
 }
 
 template <class Mode>
 HWY_INLINE Outcome combineOpaque(Bytes s, Bytes d) {
   if constexpr (Mode::onOpaque == Effect::clear) {
-    return {hn::Set(D8(), uint8_t{255}), noDoubt()};
+    return certain(hn::Set(D8(), uint8_t{255}));
   } else if constexpr (Mode::onOpaque == Effect::copy) {
-    return {s, noDoubt()};
+    return certain(s);
   } else if constexpr (Mode::onOpaque == Effect::keep) {
-    return {d, noDoubt()};
+    return certain(d);
+  } else if constexpr (CertainOpaque<Mode>) {
+    return certain(hn::BitCast(D8(), guessOpaque<Mode>(s, d).bytes));
   } else if constexpr (Guess<Mode>::exists) {
     const Guessed guessed = guessOpaque<Mode>(s, d);
-    return {asBytes(guessed.bytes), asBytes(guessed.doubtful)};
+    return {hn::BitCast(D8(), guessed.bytes), guessed.doubtful(Guess<Mode>::least)};
   } else {
-    return {Lanes<Mode>::opaque(s, d), noDoubt()};
+    return certain(Lanes<Mode>::opaque(s, d));
   }
 }
 
@@ -97,35 +93,39 @@ HWY_INLINE Outcome combine(Bytes s, Bytes d) {
 template <PixelFormat Format, class Mode>
 constexpr bool canDoubt() {
   if (Format == PixelFormat::argb) return Guess<Mode>::exists || ValidOnly<Mode>;
-  return Guess<Mode>::exists;
+  return Guess<Mode>::exists && !CertainOpaque<Mode>;
 }
 
-// Puts what the kernel gives into the doubtful pixels of a vector. `source` and `destination` are the pixels
-// as they were.
-template <PixelFormat Format>
-HWY_NOINLINE Bytes settled(DRAVCFBlendMode mode, Outcome outcome, Bytes source, Bytes destination) {
-  constexpr size_t step = bytesPerPixel(Format), most = HWY_MAX_BYTES;
-  HWY_ALIGN uint8_t s[most], d[most], result[most], doubtful[most];
-  hn::Store(source, D8(), s);
-  hn::Store(destination, D8(), d);
+// Puts what the kernel gives into the doubtful lanes of a vector.
+template <PixelFormat Format, class Mode>
+HWY_NOINLINE Bytes settled(Bytes s, Bytes d) {
+  const Outcome outcome = combine<Format, Mode>(s, d);
+  HWY_ALIGN uint8_t source[HWY_MAX_BYTES], destination[HWY_MAX_BYTES], result[HWY_MAX_BYTES];
+  hn::Store(s, D8(), source);
+  hn::Store(d, D8(), destination);
   hn::Store(outcome.bytes, D8(), result);
-  hn::Store(outcome.doubtful, D8(), doubtful);
-  for (size_t at = 0; at < hn::Lanes(D8()); at += step) {
-    uint32_t any = 0;
-    std::memcpy(&any, doubtful + at, step);
-    if (any == 0) continue;
-    blendOnePixel(Format, mode, s + at, d + at);
-    std::memcpy(result + at, d + at, step);
+  uint64_t lanes = 0;
+  static_assert(HWY_MAX_BYTES / 4 <= 64);
+  hn::StoreMaskBits(D32(), outcome.doubtful, reinterpret_cast<uint8_t *>(&lanes));
+  for (; lanes != 0; lanes &= lanes - 1) {
+    const size_t at = static_cast<size_t>(__builtin_ctzll(lanes)) * 4;
+    for (size_t i = at; i < at + 4; i += bytesPerPixel(Format))
+      blendOnePixel(Format, Mode::mode, source + i, destination + i);
+    std::memcpy(result + at, destination + at, 4);
   }
   return hn::Load(D8(), result);
 }
 
 template <PixelFormat Format, class Mode>
 HWY_INLINE Bytes blended(Bytes s, Bytes d) {
+  if constexpr (Format == PixelFormat::argb && ValidOnly<Mode>) {
+    const Suspected suspected = Lanes<Mode>::argb(Argb(s, d));
+    return HWY_UNLIKELY(suspected.any) ? settled<Format, Mode>(s, d) : suspected.bytes;
+  }
   const Outcome outcome = combine<Format, Mode>(s, d);
   if constexpr (canDoubt<Format, Mode>()) {
-    if (HWY_UNLIKELY(!hn::AllTrue(D8(), hn::Eq(outcome.doubtful, hn::Zero(D8())))))
-      return settled<Format>(Mode::mode, outcome, s, d);
+    // Settling starts anew from the pixels, so that nothing here is kept for its sake.
+    if (HWY_UNLIKELY(!hn::AllFalse(D32(), outcome.doubtful))) return settled<Format, Mode>(s, d);
   }
   return outcome.bytes;
 }

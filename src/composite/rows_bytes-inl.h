@@ -43,21 +43,20 @@ HWY_INLINE Bytes colourBytes() { return hn::BitCast(D8(), hn::Set(D32(), 0xFFFFF
 // N / 255 to nearest, from N + 128 below 65536.
 HWY_INLINE Words divided(Words biased) { return hn::MulHigh(biased, words(257)); }
 HWY_INLINE Words rounded(Words n) { return divided(hn::Add(n, words(128))); }
-// The same, 65535 standing for every N above what a word holds.
-HWY_INLINE Words clamped(Words n) { return hn::Min(divided(hn::SaturatedAdd(n, words(128))), words(255)); }
 
-// (a + b) / 255 to nearest, modulo 256, where a + b may need 17 bits: 65536 = 257 * 255 + 1, so the carry
-// counts one in the sum and (modulo 256) one in the result.
-HWY_INLINE Words wrapped(Words a, Words b) {
-  const Words sum = hn::Add(hn::Add(a, words(128)), b);
-  const Words carry = hn::ShiftRight<15>(hn::AverageRound(hn::Add(a, words(127)), b));
-  return hn::And(hn::Add(divided(hn::Add(sum, carry)), carry), words(0xFF));
-}
+// What is missing from N / 255 to 255, which is 0 for every larger N: taking it away clamps for nothing.
+// N is exact up to 65025; above that any larger value will do.
+HWY_INLINE Words missing(Words n) { return divided(hn::SaturatedSub(words(255 * 255 + 128), n)); }
 
+// Byte 0 of each pixel, in each of its words or in each of its bytes.
 HWY_INLINE Words alphaInWords(Bytes v) {
   alignas(16) static constexpr uint8_t from[16] = {0, 0x80, 0, 0x80, 4,  0x80, 4,  0x80,
                                                    8, 0x80, 8, 0x80, 12, 0x80, 12, 0x80};
   return hn::BitCast(D16(), hn::TableLookupBytesOr0(v, hn::LoadDup128(D8(), from)));
+}
+HWY_INLINE Bytes alphaInBytes(Bytes v) {
+  alignas(16) static constexpr uint8_t from[16] = {0, 0, 0, 0, 4, 4, 4, 4, 8, 8, 8, 8, 12, 12, 12, 12};
+  return hn::TableLookupBytes(v, hn::LoadDup128(D8(), from));
 }
 
 // Source and destination pixels, and their alphas beside each of their bytes. What a mode leaves unused costs
@@ -86,6 +85,33 @@ HWY_INLINE Bytes inHalves(const Argb &p, F f) {
 // v * factor / 255, to nearest.
 HWY_INLINE Bytes scaled(Bytes v, Words factor) {
   return joined(rounded(hn::Mul(evenBytes(v), factor)), rounded(hn::Mul(oddBytes(v), factor)));
+}
+
+// f(s, d) is N of the even or the odd bytes; the result is clamped.
+template <class F>
+HWY_INLINE Bytes clampedHalves(const Argb &p, F f) {
+  return hn::Not(inHalves(p, [&](Words s, Words d) { return missing(f(s, d)); }));
+}
+
+// (a + b) / 255 to nearest, modulo 256, where a + b may need 17 bits: 65536 = 257 * 255 + 1, so the carry
+// counts one in the sum and (modulo 256) one in the result.
+HWY_INLINE Words wrapped(Words a, Words b) {
+  const Words sum = hn::Add(hn::Add(a, words(128)), b);
+  const Words carry = hn::ShiftRight<15>(hn::AverageRound(hn::Add(a, words(127)), b));
+  return hn::And(hn::Add(divided(hn::Add(sum, carry)), carry), words(0xFF));
+}
+
+// d * ofD + s * ofS, wrapped. Valid pixels have no carry to follow: a vector that has one takes the longer
+// way.
+HWY_INLINE Bytes twoScaled(const Argb &p, Words ofD, Words ofS) {
+  const auto biasedSum = [&](Words s, Words d) {
+    return hn::SaturatedAdd(hn::Add(hn::Mul(d, ofD), words(128)), hn::Mul(s, ofS));
+  };
+  const Words even = biasedSum(evenBytes(p.s), evenBytes(p.d)), odd = biasedSum(oddBytes(p.s), oddBytes(p.d));
+  const Words tooMuch = hn::SaturatedSub(hn::Max(even, odd), words(255 * 255 + 128));
+  if (HWY_LIKELY(hn::AllTrue(D16(), hn::Eq(tooMuch, hn::Zero(D16())))))
+    return joined(divided(even), divided(odd));
+  return inHalves(p, [&](Words s, Words d) { return wrapped(hn::Mul(d, ofD), hn::Mul(s, ofS)); });
 }
 
 template <class Mode>
@@ -119,21 +145,15 @@ struct Lanes<mode::DestOut> {
 };
 template <>
 struct Lanes<mode::SrcAtop> {
-  static HWY_INLINE Bytes argb(const Argb &p) {
-    return inHalves(p, [&](Words s, Words d) { return wrapped(hn::Mul(d, p.ks), hn::Mul(s, p.da)); });
-  }
+  static HWY_INLINE Bytes argb(const Argb &p) { return twoScaled(p, p.ks, p.da); }
 };
 template <>
 struct Lanes<mode::DestAtop> {
-  static HWY_INLINE Bytes argb(const Argb &p) {
-    return inHalves(p, [&](Words s, Words d) { return wrapped(hn::Mul(d, p.sa), hn::Mul(s, p.kd)); });
-  }
+  static HWY_INLINE Bytes argb(const Argb &p) { return twoScaled(p, p.sa, p.kd); }
 };
 template <>
 struct Lanes<mode::XOR> {
-  static HWY_INLINE Bytes argb(const Argb &p) {
-    return inHalves(p, [&](Words s, Words d) { return wrapped(hn::Mul(d, p.ks), hn::Mul(s, p.kd)); });
-  }
+  static HWY_INLINE Bytes argb(const Argb &p) { return twoScaled(p, p.ks, p.kd); }
 };
 
 template <>
@@ -150,9 +170,8 @@ struct Lanes<mode::Multiply> {
     return inHalves(s, d, [](Words x, Words y) { return rounded(hn::Mul(x, y)); });
   }
   static HWY_INLINE Bytes argb(const Argb &p) {
-    return inHalves(p, [&](Words s, Words d) {
-      return clamped(hn::SaturatedAdd(hn::Mul(s, d), uncoveredProducts(p, s, d)));
-    });
+    return clampedHalves(
+        p, [&](Words s, Words d) { return hn::SaturatedAdd(hn::Mul(s, d), uncoveredProducts(p, s, d)); });
   }
 };
 // Alphas screen like colours, so both layouts are one: s + d (255 - s).
@@ -165,48 +184,60 @@ struct Lanes<mode::Screen> {
   static HWY_INLINE Bytes argb(const Argb &p) { return opaque(p.s, p.d); }
 };
 
-// The part of Overlay and HardLight that alphas do not touch: 2 s d where `decider` (the component that
-// chooses the branch) is below half its alpha, sa da - 2 (da - d) (sa - s) elsewhere.
-HWY_INLINE Words litProducts(Words s, Words d, Words sa, Words da, Words decider, Words deciderAlpha) {
-  const auto dark = hn::Lt(hn::BitCast(hn::RebindToSigned<D16>(), hn::Add(decider, decider)),
-                           hn::BitCast(hn::RebindToSigned<D16>(), deciderAlpha));
-  const Words below = hn::Mul(s, d), above = hn::Mul(hn::Sub(da, d), hn::Sub(sa, s));
-  const Words bright = hn::Sub(hn::Mul(sa, da), hn::Add(above, above));
-  return hn::IfThenElse(hn::RebindMask(D16(), dark), hn::Add(below, below), bright);
+// Overlay and HardLight are s + d - R / 255, where with P = s (da - d) + d (sa - s) R is P if the deciding
+// component is below half its alpha, and sa da - P elsewhere. For valid pixels R lies in 0 ... 65025; for
+// invalid ones a difference falls below 0, which `suspects` collects in its sign bits, and the kernel does
+// the pixel.
+struct LitHalf {
+  Words part, suspects;
+};
+HWY_INLINE LitHalf lit(Words s, Words d, const Argb &p, bool sourceDecides) {
+  const Words leftOfS = hn::Sub(p.sa, s), leftOfD = hn::Sub(p.da, d);
+  const Words products = hn::Add(hn::Mul(s, leftOfD), hn::Mul(d, leftOfS));
+  const hn::RebindToSigned<D16> whole;
+  const auto dark = sourceDecides ? hn::Lt(hn::BitCast(whole, s), hn::BitCast(whole, leftOfS))
+                                  : hn::Lt(hn::BitCast(whole, d), hn::BitCast(whole, leftOfD));
+  const Words part =
+      hn::IfThenElse(hn::RebindMask(D16(), dark), products, hn::Sub(hn::Mul(p.sa, p.da), products));
+  return {rounded(part), hn::Or(leftOfS, leftOfD)};
 }
-// Invalid pixels would need a sign and a seventeenth bit here: they are the kernel's.
+struct Suspected {
+  Bytes bytes;
+  bool any;
+};
+HWY_INLINE Suspected litPixels(const Argb &p, bool sourceDecides) {
+  const LitHalf even = lit(evenBytes(p.s), evenBytes(p.d), p, sourceDecides);
+  const LitHalf odd = lit(oddBytes(p.s), oddBytes(p.d), p, sourceDecides);
+  const Bytes bytes = hn::Sub(hn::Add(p.s, p.d), joined(even.part, odd.part));
+  return {bytes, !hn::AllFalse(D16(), hn::TestBit(hn::Or(even.suspects, odd.suspects), words(0x8000)))};
+}
+HWY_INLINE Words litOpaque(Words s, Words d) {
+  const hn::RebindToSigned<D16> whole;
+  const auto dark = hn::Lt(hn::BitCast(whole, hn::Add(d, d)), hn::BitCast(whole, words(255)));
+  const Words below = hn::Mul(s, d), above = hn::Mul(inverse(s), inverse(d));
+  return rounded(hn::IfThenElse(hn::RebindMask(D16(), dark), hn::Add(below, below),
+                                hn::Sub(words(255 * 255), hn::Add(above, above))));
+}
 template <>
 struct Lanes<mode::Overlay> {
   static constexpr bool validOnly = true;
-  static HWY_INLINE Bytes opaque(Bytes s, Bytes d) {
-    return inHalves(s, d, [](Words x, Words y) {
-      return rounded(litProducts(x, y, words(255), words(255), y, words(255)));
-    });
-  }
-  static HWY_INLINE Bytes argb(const Argb &p) {
-    return inHalves(p, [&](Words s, Words d) {
-      return rounded(hn::Add(litProducts(s, d, p.sa, p.da, d, p.da), uncoveredProducts(p, s, d)));
-    });
-  }
+  static HWY_INLINE Bytes opaque(Bytes s, Bytes d) { return inHalves(s, d, litOpaque); }
+  static HWY_INLINE Suspected argb(const Argb &p) { return litPixels(p, false); }
 };
 template <>
 struct Lanes<mode::HardLight> {
   static constexpr bool validOnly = true;
-  static HWY_INLINE Bytes opaque(Bytes s, Bytes d) { return Lanes<mode::Overlay>::opaque(d, s); }
-  static HWY_INLINE Bytes argb(const Argb &p) {
-    return inHalves(p, [&](Words s, Words d) {
-      return rounded(hn::Add(litProducts(s, d, p.sa, p.da, s, p.sa), uncoveredProducts(p, s, d)));
-    });
-  }
+  static HWY_INLINE Bytes opaque(Bytes s, Bytes d) { return inHalves(d, s, litOpaque); }
+  static HWY_INLINE Suspected argb(const Argb &p) { return litPixels(p, true); }
 };
 
 template <>
 struct Lanes<mode::Darken> {
   static HWY_INLINE Bytes opaque(Bytes s, Bytes d) { return hn::Min(s, d); }
   static HWY_INLINE Bytes argb(const Argb &p) {
-    return inHalves(p, [&](Words s, Words d) {
+    return clampedHalves(p, [&](Words s, Words d) {
       const Words least = hn::Min(hn::Mul(s, p.da), hn::Mul(d, p.sa));
-      return clamped(hn::SaturatedAdd(least, uncoveredProducts(p, s, d)));
+      return hn::SaturatedAdd(least, uncoveredProducts(p, s, d));
     });
   }
 };
@@ -214,9 +245,9 @@ template <>
 struct Lanes<mode::Lighten> {
   static HWY_INLINE Bytes opaque(Bytes s, Bytes d) { return hn::Max(s, d); }
   static HWY_INLINE Bytes argb(const Argb &p) {
-    return inHalves(p, [&](Words s, Words d) {
+    return clampedHalves(p, [&](Words s, Words d) {
       const Words most = hn::Max(hn::Mul(s, p.da), hn::Mul(d, p.sa));
-      return clamped(hn::SaturatedAdd(most, uncoveredProducts(p, s, d)));
+      return hn::SaturatedAdd(most, uncoveredProducts(p, s, d));
     });
   }
 };
@@ -227,13 +258,13 @@ struct Lanes<mode::Difference> {
   static HWY_INLINE Bytes opaque(Bytes s, Bytes d) { return hn::Sub(hn::Max(s, d), hn::Min(s, d)); }
   static HWY_INLINE Words half(Words s, Words d, const Argb &p, Words colour) {
     const Words least = hn::Min(hn::Mul(s, p.da), hn::Mul(d, p.sa));
-    return clamped(hn::SaturatedAdd(hn::Sub(hn::Mul(s, words(255)), least),
+    return missing(hn::SaturatedAdd(hn::Sub(hn::Mul(s, words(255)), least),
                                     hn::Sub(hn::Mul(d, words(255)), hn::And(least, colour))));
   }
   static HWY_INLINE Bytes argb(const Argb &p) {
     const Words evenColour = hn::BitCast(D16(), hn::Set(D32(), 0xFFFF0000U));
-    return joined(half(evenBytes(p.s), evenBytes(p.d), p, evenColour),
-                  half(oddBytes(p.s), oddBytes(p.d), p, words(0xFFFF)));
+    return hn::Not(joined(half(evenBytes(p.s), evenBytes(p.d), p, evenColour),
+                          half(oddBytes(p.s), oddBytes(p.d), p, words(0xFFFF))));
   }
 };
 // The alphas cancel: s (255 - d) + d (255 - s) for colour, s (255 - d) + 255 d for alpha.

@@ -21,44 +21,56 @@ namespace hn = hwy::HWY_NAMESPACE;
 using DI = hn::ScalableTag<int32_t>;
 using DF = hn::ScalableTag<float>;
 using Floats = hn::Vec<DF>;
-using Truth = hn::Mask<DF>;
+using PixelMask = hn::Mask<D32>;
 
 HWY_INLINE Floats floats(float value) { return hn::Set(DF(), value); }
 
 // Byte `Channel` of each pixel, as a number 0 ... 255.
 template <int Channel>
 HWY_INLINE Floats channelOf(Bytes v) {
-  const Pixels shifted = hn::ShiftRight<8 * Channel>(hn::BitCast(D32(), v));
-  const Pixels low = Channel == 3 ? shifted : hn::And(shifted, hn::Set(D32(), 0xFFU));
-  return hn::ConvertTo(DF(), hn::BitCast(DI(), low));
+  constexpr uint8_t c = Channel, none = 0x80;
+  alignas(16) static constexpr uint8_t from[16] = {c,     none, none, none, c + 4,  none, none, none,
+                                                   c + 8, none, none, none, c + 12, none, none, none};
+  return hn::ConvertTo(DF(), hn::BitCast(DI(), hn::TableLookupBytesOr0(v, hn::LoadDup128(D8(), from))));
 }
 
-// One step of Newton's makes the processor's quick estimates good to about 22 bits. A zero gives nothing
-// useful.
+// One step of Newton's makes the processor's quick estimate good to about 22 bits.
 HWY_INLINE Floats reciprocal(Floats v) {
   const Floats first = hn::ApproximateReciprocal(v);
   return hn::Mul(first, hn::NegMulAdd(v, first, floats(2.0F)));
 }
-HWY_INLINE Floats squareRoot(Floats v) {
+// from - sqrt(v), in the same way; v = 0 gives nothing useful.
+HWY_INLINE Floats lessRoot(Floats from, Floats v) {
   const Floats first = hn::ApproximateReciprocalSqrt(v);
-  const Floats half = hn::Mul(hn::Mul(v, first), floats(0.5F));
-  return hn::Mul(hn::Mul(v, first), hn::NegMulAdd(half, first, floats(1.5F)));
+  const Floats root = hn::Mul(v, first);
+  return hn::NegMulAdd(root, hn::NegMulAdd(hn::Mul(root, floats(0.5F)), first, floats(1.5F)), from);
 }
 
-// Alphas of a vector of pixels, in bytes' steps.
+// The alphas of a vector of pixels in byte steps, and what all three colours need of them.
 struct FloatAlphas {
-  Floats s, d, ks, kd;
-  Floats overD;  // 1 / d, and 0 for d = 0
+  Floats s, d, both;      // both: s * d
+  Floats partOfS;         // s / 255
+  Floats partKs, partKd;  // (255 - s) / 255, (255 - d) / 255
+  Floats partBoth;        // s * d / 255
+  Floats overD;           // 1 / d, and 0 for d = 0
+
+  HWY_INLINE FloatAlphas(Floats sa, Floats da) : s(sa), d(da), both(hn::Mul(sa, da)) {
+    const Floats part = floats(1.0F / 255.0F);
+    partOfS = hn::Mul(s, part);
+    partKs = hn::NegMulAdd(s, part, floats(1.0F));
+    partKd = hn::NegMulAdd(d, part, floats(1.0F));
+    partBoth = hn::Mul(both, part);
+    overD = hn::IfThenElseZero(hn::Gt(d, floats(0.0F)), reciprocal(d));
+  }
 };
 
-// An estimate of 255 * 255 times the component, and how far from a half-way point its byte must lie (in byte
-// steps).
+// A component in byte steps, and how far it may be off (beyond what Guess<Mode>::least says).
 struct Estimate {
-  Floats value, doubt;
+  Floats steps, error;
 };
 
-HWY_INLINE Floats uncovered(Floats sc, Floats dc, const FloatAlphas &a) {
-  return hn::MulAdd(sc, a.kd, hn::Mul(dc, a.ks));
+HWY_INLINE Floats withUncovered(Floats covered, Floats sc, Floats dc, const FloatAlphas &a) {
+  return hn::MulAdd(sc, a.partKd, hn::MulAdd(dc, a.partKs, covered));
 }
 
 template <class Mode>
@@ -66,95 +78,124 @@ struct Guess {
   static constexpr bool exists = false;
 };
 
+// Products of two bytes are exact in single precision, and so are the comparisons of their sums. Where the
+// sums are equal the kernel may take either branch: they meet there.
 template <>
 struct Guess<mode::ColorDodge> {
   static constexpr bool exists = true;
+  // Without alpha there are 615 exact ties among the 65536 pairs, and the kernel rounds all of them up. The
+  // nearest miss being 0.00197, half of that added decides every pair.
+  static constexpr float opaqueNudge = 0.001F;
+  static constexpr float least = 3e-4F;
+  // The kernel's 1 - Sc/Sa errs the more, the closer Sc comes to Sa.
   static HWY_INLINE Estimate estimate(Floats sc, Floats dc, const FloatAlphas &a) {
-    const Floats both = hn::Mul(a.s, a.d);
-    const Floats sum = hn::MulAdd(sc, a.d, hn::Mul(dc, a.s));
-    // The kernel's 1 - Sc/Sa errs the more, the closer Sc comes to Sa.
-    const Floats stretch = hn::Mul(a.s, reciprocal(hn::Max(hn::Sub(a.s, sc), floats(1.0F))));
-    const Floats quotient = hn::Mul(hn::Mul(dc, a.s), stretch);
-    const Floats value = hn::Add(hn::IfThenElse(hn::Ge(sum, both), both, quotient), uncovered(sc, dc, a));
-    return {value, hn::MulAdd(stretch, floats(5e-5F), floats(3e-4F))};
+    const Floats below = hn::Mul(dc, a.s);
+    const Floats stretch = hn::Mul(a.partOfS, reciprocal(hn::Max(hn::Sub(a.s, sc), floats(1.0F))));
+    const auto full = hn::Ge(hn::MulAdd(sc, a.d, below), a.both);
+    const Floats covered = hn::IfThenElse(full, a.partBoth, hn::Mul(below, stretch));
+    return {withUncovered(covered, sc, dc, a), hn::Mul(stretch, floats(255 * 5e-5F))};
   }
 };
 
 template <>
 struct Guess<mode::ColorBurn> {
   static constexpr bool exists = true;
+  static constexpr float least = 3e-4F;
+  // The kernel divides a difference of nearly equal numbers by Sc.
   static HWY_INLINE Estimate estimate(Floats sc, Floats dc, const FloatAlphas &a) {
-    const Floats both = hn::Mul(a.s, a.d);
-    const Floats excess = hn::Sub(hn::MulAdd(sc, a.d, hn::Mul(dc, a.s)), both);
-    const Floats stretch = hn::Mul(a.s, reciprocal(hn::Max(sc, floats(1.0F))));
-    const Floats value = hn::MulAdd(hn::Max(excess, floats(0.0F)), stretch, uncovered(sc, dc, a));
-    return {value, hn::MulAdd(stretch, floats(1e-4F), floats(3e-4F))};
+    const Floats excess = hn::MulAdd(sc, a.d, hn::MulSub(dc, a.s, a.both));
+    const Floats stretch = hn::Mul(a.partOfS, reciprocal(hn::Max(sc, floats(1.0F))));
+    const Floats covered = hn::Mul(hn::Max(excess, floats(0.0F)), stretch);
+    return {withUncovered(covered, sc, dc, a), hn::Mul(stretch, floats(255 * 1e-4F))};
   }
 };
 
+// All three branches are Dc + Sc kd - (2 Sc - Sa) t, each with a t of its own.
 template <>
 struct Guess<mode::SoftLight> {
   static constexpr bool exists = true;
+  static constexpr float least = 4e-4F;
   static HWY_INLINE Estimate estimate(Floats sc, Floats dc, const FloatAlphas &a) {
     const Floats m = hn::Mul(dc, a.overD);
-    const Floats lean = hn::Sub(hn::Add(sc, sc), a.s);
-    const Floats bent = hn::Mul(hn::Sub(floats(1.0F), m), lean);
+    const Floats lean = hn::MulSub(sc, floats(2.0F / 255.0F), a.partOfS);
+    const Floats bent = hn::NegMulAdd(dc, m, dc);
     const Floats steep = hn::Mul(bent, hn::NegMulAdd(floats(8.0F), m, floats(3.0F)));
-    const Truth darkSource = hn::Lt(lean, floats(0.0F));
-    const Truth darkBelow = hn::Le(hn::Mul(dc, floats(8.0F)), a.d);
-    const Floats polynomial = hn::Mul(dc, hn::Sub(a.s, hn::IfThenElse(darkSource, bent, steep)));
-    const Floats root = hn::MulAdd(hn::Sub(squareRoot(hn::Mul(dc, a.d)), dc), lean, hn::Mul(dc, a.s));
-    const Floats value = hn::IfThenElse(hn::Or(darkSource, darkBelow), polynomial, root);
-    return {hn::Add(value, uncovered(sc, dc, a)), floats(8e-4F)};
+    const Floats rooted = lessRoot(dc, hn::Mul(dc, a.d));
+    const auto darkSource = hn::Lt(hn::Add(sc, sc), a.s);
+    const auto darkBelow = hn::Le(hn::Mul(dc, floats(8.0F)), a.d);
+    const Floats t = hn::IfThenElse(darkSource, bent, hn::IfThenElse(darkBelow, steep, rooted));
+    const Floats steps = hn::NegMulAdd(lean, t, hn::MulAdd(sc, a.partKd, dc));
+    return {hn::Max(steps, floats(0.0F)), floats(0.0F)};
   }
 };
 
-// A vector of bytes, and which of them are not to be trusted.
+// A vector of bytes, and which of its 32-bit lanes are not to be trusted.
 struct Guessed {
-  Pixels bytes, doubtful;
-};
+  Pixels bytes;
+  Floats doubt;  // the largest distance from a whole number, errors added
 
-// The estimate as bytes in place `Channel` of each pixel, with its doubt, added to what the others gave.
-template <int Channel>
-HWY_INLINE void place(const Estimate &e, Guessed &to) {
-  const Floats steps = hn::Mul(e.value, floats(1.0F / 255.0F));
-  const Floats shifted = hn::Add(hn::Clamp(steps, floats(0.0F), floats(255.0F)), floats(0.5F));
-  const auto whole = hn::ConvertTo(DI(), shifted);
-  const Floats fromHalf = hn::Abs(hn::Sub(hn::Sub(shifted, hn::ConvertTo(DF(), whole)), floats(0.5F)));
-  const Truth unsure = hn::Gt(fromHalf, hn::Sub(floats(0.5F), e.doubt));
-  to.bytes = hn::Or(to.bytes, hn::ShiftLeft<8 * Channel>(hn::BitCast(D32(), whole)));
-  to.doubtful = hn::Or(to.doubtful, hn::BitCast(D32(), hn::VecFromMask(DF(), unsure)));
-}
+  // REQUIRES: 0 <= steps < 255.5. Adding 2^23 rounds, and leaves the byte in the low bits of the sum.
+  template <int Channel>
+  HWY_INLINE Floats place(Floats steps) {
+    const Floats sum = hn::Add(steps, floats(8388608.0F));
+    const Pixels bits = hn::BitCast(D32(), sum);
+    if constexpr (Channel == 0)
+      bytes = hn::Or(bytes, hn::And(bits, hn::Set(D32(), 0xFFU)));
+    else
+      bytes = hn::Or(bytes, hn::ShiftLeft<8 * Channel>(bits));  // the exponent leaves at the top
+    return hn::Sub(sum, floats(8388608.0F));
+  }
+  template <int Channel>
+  HWY_INLINE void place(const Estimate &e) {
+    const Floats distance = hn::Abs(hn::Sub(e.steps, place<Channel>(e.steps)));
+    doubt = hn::Max(doubt, hn::Add(distance, e.error));
+  }
+  HWY_INLINE PixelMask doubtful(float least) const {
+    return hn::RebindMask(D32(), hn::Gt(doubt, floats(0.5F - least)));
+  }
+};
 
 template <class Mode, int Channel>
 HWY_INLINE void guessChannel(Bytes s, Bytes d, const FloatAlphas &alphas, Guessed &to) {
-  place<Channel>(Guess<Mode>::estimate(channelOf<Channel>(s), channelOf<Channel>(d), alphas), to);
+  to.place<Channel>(Guess<Mode>::estimate(channelOf<Channel>(s), channelOf<Channel>(d), alphas));
 }
 
 template <class Mode>
 HWY_INLINE Guessed guessARGB(Bytes s, Bytes d) {
-  const Floats sa = channelOf<0>(s), da = channelOf<0>(d), full = floats(255.0F);
-  const Floats overD = hn::IfThenElseZero(hn::Gt(da, floats(0.0F)), reciprocal(da));
-  const FloatAlphas alphas{sa, da, hn::Sub(full, sa), hn::Sub(full, da), overD};
-  Guessed result{hn::Zero(D32()), hn::Zero(D32())};
+  const FloatAlphas alphas(channelOf<0>(s), channelOf<0>(d));
+  Guessed result{hn::Zero(D32()), floats(0.0F)};
+  // The union of the alphas is a sum of products, never in doubt.
+  result.place<0>(hn::MulAdd(alphas.d, alphas.partKs, alphas.s));
   guessChannel<Mode, 1>(s, d, alphas, result);
   guessChannel<Mode, 2>(s, d, alphas, result);
   guessChannel<Mode, 3>(s, d, alphas, result);
-  // Source over destination: a sum of products, never in doubt.
-  place<0>({hn::MulAdd(full, sa, hn::Mul(da, alphas.ks)), floats(0.0F)}, result);
   return result;
 }
 
-// All four bytes of each vector lane as opaque components.
+template <class Mode>
+concept CertainOpaque = requires {
+  Guess<Mode>::opaqueNudge;
+};
+
+template <class Mode, int Channel>
+HWY_INLINE void guessOpaqueChannel(Bytes s, Bytes d, const FloatAlphas &alphas, Guessed &to) {
+  if constexpr (CertainOpaque<Mode>) {
+    const Estimate e = Guess<Mode>::estimate(channelOf<Channel>(s), channelOf<Channel>(d), alphas);
+    to.place<Channel>(hn::Add(e.steps, floats(Guess<Mode>::opaqueNudge)));
+  } else {
+    guessChannel<Mode, Channel>(s, d, alphas, to);
+  }
+}
+
+// All four bytes of each lane as opaque components.
 template <class Mode>
 HWY_INLINE Guessed guessOpaque(Bytes s, Bytes d) {
-  const Floats full = floats(255.0F), none = floats(0.0F);
-  const FloatAlphas alphas{full, full, none, none, floats(1.0F / 255.0F)};
-  Guessed result{hn::Zero(D32()), hn::Zero(D32())};
-  guessChannel<Mode, 0>(s, d, alphas, result);
-  guessChannel<Mode, 1>(s, d, alphas, result);
-  guessChannel<Mode, 2>(s, d, alphas, result);
-  guessChannel<Mode, 3>(s, d, alphas, result);
+  const FloatAlphas alphas(floats(255.0F), floats(255.0F));
+  Guessed result{hn::Zero(D32()), floats(0.0F)};
+  guessOpaqueChannel<Mode, 0>(s, d, alphas, result);
+  guessOpaqueChannel<Mode, 1>(s, d, alphas, result);
+  guessOpaqueChannel<Mode, 2>(s, d, alphas, result);
+  guessOpaqueChannel<Mode, 3>(s, d, alphas, result);
   return result;
 }
 
