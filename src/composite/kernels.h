@@ -35,9 +35,11 @@ KernelPlace placeOfKernel(DRAVCFCompositeFunction kernel) noexcept;
   X(CopySrc)                                                                                            \
   X(CopyDest)                                                                                           \
   X(SrcOver)                                                                                            \
-  X(DestOver) X(SrcIn) X(DestIn) X(SrcOut) X(DestOut) X(SrcAtop) X(DestAtop) X(XOR) X(Plus) X(Multiply) \
-      X(Screen) X(Overlay) X(Darken) X(Lighten) X(ColorDodge) X(ColorBurn) X(HardLight) X(SoftLight)    \
-          X(Difference) X(Exclusion)
+  X(DestOver)                                                                                           \
+  X(SrcIn)                                                                                              \
+  X(DestIn)                                                                                             \
+  X(SrcOut) X(DestOut) X(SrcAtop) X(DestAtop) X(XOR) X(Plus) X(Multiply) X(Screen) X(Overlay) X(Darken) \
+      X(Lighten) X(ColorDodge) X(ColorBurn) X(HardLight) X(SoftLight) X(Difference) X(Exclusion)
 
 #define DRAV_DECLARE_KERNELS(Mode)                                                     \
   void Composite_S_8_##Mode(const uint8_t *source, uint8_t *destination) noexcept;     \

@@ -184,51 +184,44 @@ struct Lanes<mode::Screen> {
   static HWY_INLINE Bytes argb(const Argb &p) { return opaque(p.s, p.d); }
 };
 
-// Overlay and HardLight are s + d - R / 255, where with P = s (da - d) + d (sa - s) R is P if the deciding
-// component is below half its alpha, and sa da - P elsewhere. For valid pixels R lies in 0 ... 65025; for
-// invalid ones a difference falls below 0, which `suspects` collects in its sign bits, and the kernel does
-// the pixel.
+// Overlay and HardLight are s + d - R / 255, where, with x the component that decides the branch, y the other
+// one, and X and Y their alphas, R is y (X - x) + x (Y - y) for x < X - x, and y x + (X - x) (Y - y)
+// elsewhere: y times the greater and Y - y times the lesser of x and X - x. For valid pixels R lies in 0 ...
+// 65025; for invalid ones a difference falls below 0, which `suspects` collects in its sign bits, and the
+// kernel does the pixel.
 struct LitHalf {
   Words part, suspects;
 };
-HWY_INLINE LitHalf lit(Words s, Words d, const Argb &p, bool sourceDecides) {
-  const Words leftOfS = hn::Sub(p.sa, s), leftOfD = hn::Sub(p.da, d);
-  const Words products = hn::Add(hn::Mul(s, leftOfD), hn::Mul(d, leftOfS));
-  const hn::RebindToSigned<D16> whole;
-  const auto dark = sourceDecides ? hn::Lt(hn::BitCast(whole, s), hn::BitCast(whole, leftOfS))
-                                  : hn::Lt(hn::BitCast(whole, d), hn::BitCast(whole, leftOfD));
+HWY_INLINE LitHalf lit(Words decider, Words other, Words deciderAlpha, Words otherAlpha) {
+  const Words rest = hn::Sub(deciderAlpha, decider), otherRest = hn::Sub(otherAlpha, other);
   const Words part =
-      hn::IfThenElse(hn::RebindMask(D16(), dark), products, hn::Sub(hn::Mul(p.sa, p.da), products));
-  return {rounded(part), hn::Or(leftOfS, leftOfD)};
+      hn::Add(hn::Mul(other, hn::Max(decider, rest)), hn::Mul(otherRest, hn::Min(decider, rest)));
+  return {rounded(part), hn::Or(rest, otherRest)};
 }
 struct Suspected {
   Bytes bytes;
   bool any;
 };
-HWY_INLINE Suspected litPixels(const Argb &p, bool sourceDecides) {
-  const LitHalf even = lit(evenBytes(p.s), evenBytes(p.d), p, sourceDecides);
-  const LitHalf odd = lit(oddBytes(p.s), oddBytes(p.d), p, sourceDecides);
-  const Bytes bytes = hn::Sub(hn::Add(p.s, p.d), joined(even.part, odd.part));
+HWY_INLINE Suspected litPixels(Bytes decider, Bytes other, Words deciderAlpha, Words otherAlpha) {
+  const LitHalf even = lit(evenBytes(decider), evenBytes(other), deciderAlpha, otherAlpha);
+  const LitHalf odd = lit(oddBytes(decider), oddBytes(other), deciderAlpha, otherAlpha);
+  const Bytes bytes = hn::Sub(hn::Add(decider, other), joined(even.part, odd.part));
   return {bytes, !hn::AllFalse(D16(), hn::TestBit(hn::Or(even.suspects, odd.suspects), words(0x8000)))};
 }
-HWY_INLINE Words litOpaque(Words s, Words d) {
-  const hn::RebindToSigned<D16> whole;
-  const auto dark = hn::Lt(hn::BitCast(whole, hn::Add(d, d)), hn::BitCast(whole, words(255)));
-  const Words below = hn::Mul(s, d), above = hn::Mul(inverse(s), inverse(d));
-  return rounded(hn::IfThenElse(hn::RebindMask(D16(), dark), hn::Add(below, below),
-                                hn::Sub(words(255 * 255), hn::Add(above, above))));
+HWY_INLINE Bytes litOpaque(Bytes decider, Bytes other) {
+  return litPixels(decider, other, words(255), words(255)).bytes;
 }
 template <>
 struct Lanes<mode::Overlay> {
   static constexpr bool validOnly = true;
-  static HWY_INLINE Bytes opaque(Bytes s, Bytes d) { return inHalves(s, d, litOpaque); }
-  static HWY_INLINE Suspected argb(const Argb &p) { return litPixels(p, false); }
+  static HWY_INLINE Bytes opaque(Bytes s, Bytes d) { return litOpaque(d, s); }
+  static HWY_INLINE Suspected argb(const Argb &p) { return litPixels(p.d, p.s, p.da, p.sa); }
 };
 template <>
 struct Lanes<mode::HardLight> {
   static constexpr bool validOnly = true;
-  static HWY_INLINE Bytes opaque(Bytes s, Bytes d) { return inHalves(d, s, litOpaque); }
-  static HWY_INLINE Suspected argb(const Argb &p) { return litPixels(p, true); }
+  static HWY_INLINE Bytes opaque(Bytes s, Bytes d) { return litOpaque(s, d); }
+  static HWY_INLINE Suspected argb(const Argb &p) { return litPixels(p.s, p.d, p.sa, p.da); }
 };
 
 template <>

@@ -34,25 +34,14 @@ HWY_INLINE Floats channelOf(Bytes v) {
   return hn::ConvertTo(DF(), hn::BitCast(DI(), hn::TableLookupBytesOr0(v, hn::LoadDup128(D8(), from))));
 }
 
-// One step of Newton's makes the processor's quick estimate good to about 22 bits.
-HWY_INLINE Floats reciprocal(Floats v) {
-  const Floats first = hn::ApproximateReciprocal(v);
-  return hn::Mul(first, hn::NegMulAdd(v, first, floats(2.0F)));
-}
-// from - sqrt(v), in the same way; v = 0 gives nothing useful.
-HWY_INLINE Floats lessRoot(Floats from, Floats v) {
-  const Floats first = hn::ApproximateReciprocalSqrt(v);
-  const Floats root = hn::Mul(v, first);
-  return hn::NegMulAdd(root, hn::NegMulAdd(hn::Mul(root, floats(0.5F)), first, floats(1.5F)), from);
-}
-
 // The alphas of a vector of pixels in byte steps, and what all three colours need of them.
 struct FloatAlphas {
   Floats s, d, both;      // both: s * d
   Floats partOfS;         // s / 255
   Floats partKs, partKd;  // (255 - s) / 255, (255 - d) / 255
   Floats partBoth;        // s * d / 255
-  Floats overD;           // 1 / d, and 0 for d = 0
+  Floats eighthOfD;       // d / 8
+  Floats overD;           // 1 / d, and something finite for d = 0
 
   HWY_INLINE FloatAlphas(Floats sa, Floats da) : s(sa), d(da), both(hn::Mul(sa, da)) {
     const Floats part = floats(1.0F / 255.0F);
@@ -60,13 +49,14 @@ struct FloatAlphas {
     partKs = hn::NegMulAdd(s, part, floats(1.0F));
     partKd = hn::NegMulAdd(d, part, floats(1.0F));
     partBoth = hn::Mul(both, part);
-    overD = hn::IfThenElseZero(hn::Gt(d, floats(0.0F)), reciprocal(d));
+    eighthOfD = hn::Mul(d, floats(0.125F));
+    overD = hn::Div(floats(1.0F), hn::Max(d, floats(1.0F)));
   }
 };
 
-// A component in byte steps, and how far it may be off (beyond what Guess<Mode>::least says).
+// A component in byte steps. Its error beyond Guess<Mode>::least is `stretch` times Guess<Mode>::perStretch.
 struct Estimate {
-  Floats steps, error;
+  Floats steps, stretch;
 };
 
 HWY_INLINE Floats withUncovered(Floats covered, Floats sc, Floats dc, const FloatAlphas &a) {
@@ -79,50 +69,54 @@ struct Guess {
 };
 
 // Products of two bytes are exact in single precision, and so are the comparisons of their sums. Where the
-// sums are equal the kernel may take either branch: they meet there.
+// sums are equal the kernel may take either branch: they meet there. The divisions are true ones: a quick
+// reciprocal and a step of Newton's take as long among so much else, and differ from processor to processor.
 template <>
 struct Guess<mode::ColorDodge> {
   static constexpr bool exists = true;
+  // The kernel's 1 - Sc/Sa errs the more, the closer Sc comes to Sa.
+  static constexpr float least = 3e-4F, perStretch = 255 * 5e-5F;
   // Without alpha there are 615 exact ties among the 65536 pairs, and the kernel rounds all of them up. The
   // nearest miss being 0.00197, half of that added decides every pair.
   static constexpr float opaqueNudge = 0.001F;
-  static constexpr float least = 3e-4F;
-  // The kernel's 1 - Sc/Sa errs the more, the closer Sc comes to Sa.
+
   static HWY_INLINE Estimate estimate(Floats sc, Floats dc, const FloatAlphas &a) {
     const Floats below = hn::Mul(dc, a.s);
-    const Floats stretch = hn::Mul(a.partOfS, reciprocal(hn::Max(hn::Sub(a.s, sc), floats(1.0F))));
+    const Floats stretch = hn::Div(a.partOfS, hn::Max(hn::Sub(a.s, sc), floats(1.0F)));
     const auto full = hn::Ge(hn::MulAdd(sc, a.d, below), a.both);
     const Floats covered = hn::IfThenElse(full, a.partBoth, hn::Mul(below, stretch));
-    return {withUncovered(covered, sc, dc, a), hn::Mul(stretch, floats(255 * 5e-5F))};
+    return {withUncovered(covered, sc, dc, a), stretch};
   }
 };
 
 template <>
 struct Guess<mode::ColorBurn> {
   static constexpr bool exists = true;
-  static constexpr float least = 3e-4F;
   // The kernel divides a difference of nearly equal numbers by Sc.
+  static constexpr float least = 3e-4F, perStretch = 255 * 1e-4F;
+
   static HWY_INLINE Estimate estimate(Floats sc, Floats dc, const FloatAlphas &a) {
     const Floats excess = hn::MulAdd(sc, a.d, hn::MulSub(dc, a.s, a.both));
-    const Floats stretch = hn::Mul(a.partOfS, reciprocal(hn::Max(sc, floats(1.0F))));
+    const Floats stretch = hn::Div(a.partOfS, hn::Max(sc, floats(1.0F)));
     const Floats covered = hn::Mul(hn::Max(excess, floats(0.0F)), stretch);
-    return {withUncovered(covered, sc, dc, a), hn::Mul(stretch, floats(255 * 1e-4F))};
+    return {withUncovered(covered, sc, dc, a), stretch};
   }
 };
 
-// All three branches are Dc + Sc kd - (2 Sc - Sa) t, each with a t of its own.
+// All three branches are Dc + Sc kd - (2 Sc - Sa) t, each with a t of its own; for 2 Sc = Sa they are one.
 template <>
 struct Guess<mode::SoftLight> {
   static constexpr bool exists = true;
-  static constexpr float least = 4e-4F;
+  static constexpr float least = 2e-4F, perStretch = 0.0F;
+
   static HWY_INLINE Estimate estimate(Floats sc, Floats dc, const FloatAlphas &a) {
     const Floats m = hn::Mul(dc, a.overD);
     const Floats lean = hn::MulSub(sc, floats(2.0F / 255.0F), a.partOfS);
     const Floats bent = hn::NegMulAdd(dc, m, dc);
     const Floats steep = hn::Mul(bent, hn::NegMulAdd(floats(8.0F), m, floats(3.0F)));
-    const Floats rooted = lessRoot(dc, hn::Mul(dc, a.d));
-    const auto darkSource = hn::Lt(hn::Add(sc, sc), a.s);
-    const auto darkBelow = hn::Le(hn::Mul(dc, floats(8.0F)), a.d);
+    const Floats rooted = hn::Sub(dc, hn::Sqrt(hn::Mul(dc, a.d)));
+    const auto darkSource = hn::Lt(lean, floats(0.0F));
+    const auto darkBelow = hn::Le(dc, a.eighthOfD);
     const Floats t = hn::IfThenElse(darkSource, bent, hn::IfThenElse(darkBelow, steep, rooted));
     const Floats steps = hn::NegMulAdd(lean, t, hn::MulAdd(sc, a.partKd, dc));
     return {hn::Max(steps, floats(0.0F)), floats(0.0F)};
@@ -145,10 +139,13 @@ struct Guessed {
       bytes = hn::Or(bytes, hn::ShiftLeft<8 * Channel>(bits));  // the exponent leaves at the top
     return hn::Sub(sum, floats(8388608.0F));
   }
-  template <int Channel>
-  HWY_INLINE void place(const Estimate &e) {
+  template <class Mode, int Channel>
+  HWY_INLINE void placeInDoubt(const Estimate &e) {
     const Floats distance = hn::Abs(hn::Sub(e.steps, place<Channel>(e.steps)));
-    doubt = hn::Max(doubt, hn::Add(distance, e.error));
+    if constexpr (Guess<Mode>::perStretch > 0)
+      doubt = hn::Max(doubt, hn::MulAdd(e.stretch, floats(Guess<Mode>::perStretch), distance));
+    else
+      doubt = hn::Max(doubt, distance);
   }
   HWY_INLINE PixelMask doubtful(float least) const {
     return hn::RebindMask(D32(), hn::Gt(doubt, floats(0.5F - least)));
@@ -157,7 +154,7 @@ struct Guessed {
 
 template <class Mode, int Channel>
 HWY_INLINE void guessChannel(Bytes s, Bytes d, const FloatAlphas &alphas, Guessed &to) {
-  to.place<Channel>(Guess<Mode>::estimate(channelOf<Channel>(s), channelOf<Channel>(d), alphas));
+  to.placeInDoubt<Mode, Channel>(Guess<Mode>::estimate(channelOf<Channel>(s), channelOf<Channel>(d), alphas));
 }
 
 template <class Mode>
