@@ -5,9 +5,9 @@
 // constants written 1.0, 2.0 ... are doubles on purpose, and what they touch is double until it is stored. A
 // fused or re-ordered operation changes bytes.
 
-#include <cmath>
+#include <DravKit/DravKit.h>
 
-#include "composite/interface.h"
+#include <cmath>
 
 namespace drav {
 
