@@ -12,7 +12,7 @@
 namespace drav_test {
 
 #if defined(__SANITIZE_ADDRESS__) || !defined(NDEBUG)
-inline constexpr size_t kThinning = 50;  // sanitized and debug builds take one case in so many
+inline constexpr size_t kThinning = 10;  // sanitized and debug builds take one case in so many
 #else
 inline constexpr size_t kThinning = 1;
 #endif
