@@ -10,6 +10,13 @@
 
 namespace cg {
 
+// Where pixels do not fall on pixels.
+enum class Sampling : uint8_t {
+  nearest,  // the pixel that the centre falls into
+  smooth,   // bilinear, widened when reducing
+  sharp,    // Lanczos-3 where rows stay rows, elsewhere as smooth
+};
+
 // Pixel onto pixel, upright or flipped.
 void drawUpright(const Surface &surface, CGImageRef image, const ExactPlacement &place,
                  const PixelRect &clip);
@@ -17,12 +24,12 @@ void drawUpright(const Surface &surface, CGImageRef image, const ExactPlacement 
 // Pixel onto pixel, with rows falling on columns.
 void drawTurned(const Surface &surface, CGImageRef image, const ExactPlacement &place, const PixelRect &clip);
 
-// At another size, filtered. The map is axis-aligned.
+// At another size. The map is axis-aligned.
 void drawScaled(const Surface &surface, CGImageRef image, const Matrix &map, const PixelRect &clip,
-                CGInterpolationQuality quality);
+                Sampling sampling);
 
 // Through any map that can be inverted.
 void drawMapped(const Surface &surface, CGImageRef image, const Matrix &map, const PixelRect &clip,
-                CGInterpolationQuality quality);
+                Sampling sampling);
 
 }  // namespace cg

@@ -4,24 +4,10 @@
 #include <vector>
 
 #include "graphics/draw.h"
+#include "graphics/route.h"
 
 namespace cg {
 namespace {
-
-// The form that an opaque image can be read straight into the surface with; else the form to compose from.
-struct Route {
-  RowForm form;
-  bool final;  // rows of that form need no composing
-};
-
-Route routeFor(const Surface &surface, CGImageRef image) {
-  if (!imageHasAlpha(image)) {
-    for (RowForm form : {RowForm::argbPremultiplied, RowForm::rgbaStraight, RowForm::gray}) {
-      if (opaqueRowsAreFinal(surface.layout, form)) return {form, true};
-    }
-  }
-  return {sourceForm(surface.layout, false), false};
-}
 
 // The surface pixels that the image covers, cut to the clip.
 PixelRect covered(const ExactPlacement &place, CGImageRef image, const PixelRect &clip) {
@@ -51,7 +37,7 @@ void drawUpright(const Surface &surface, CGImageRef image, const ExactPlacement 
                  const PixelRect &clip) {
   const PixelRect target = covered(place, image, clip);
   if (target.isEmpty()) return;
-  const Route route = routeFor(surface, image);
+  const Route route = routeFor(surface, image, false);
   const auto reader = RowReader::make(image, surface.space, route.form);
   if (!reader) return;
   const ComposeRow compose = composeRowFor(surface.layout, route.form);
@@ -60,12 +46,12 @@ void drawUpright(const Surface &surface, CGImageRef image, const ExactPlacement 
   const bool mirrored = place.xx < 0;
   const auto firstColumn =
       static_cast<size_t>(sourceIndex(place.xx, place.x, mirrored ? target.right - 1 : target.left));
-  std::vector<uint8_t> row(route.final ? 0 : count * pixelBytes);
+  std::vector<uint8_t> row(route.isFinal ? 0 : count * pixelBytes);
 
   for (int64_t y = target.top; y < target.bottom; ++y) {
     const auto sourceRow = static_cast<size_t>(sourceIndex(place.yy, place.y, y));
     uint8_t *destination = surface.at(target.left, y);
-    if (route.final) {
+    if (route.isFinal) {
       reader->read(sourceRow, firstColumn, count, destination);
       if (mirrored) reversePixels(destination, count, pixelBytes);
       continue;

@@ -4,6 +4,15 @@
 
 #include "foundation/guard.h"
 
+namespace {
+
+cg::Sampling samplingFor(CGInterpolationQuality quality, CGImageRef image) {
+  if (quality == kCGInterpolationNone || !CGImageGetShouldInterpolate(image)) return cg::Sampling::nearest;
+  return quality == kCGInterpolationHigh ? cg::Sampling::sharp : cg::Sampling::smooth;
+}
+
+}  // namespace
+
 void CGContextDrawImage(CGContextRef context, CGRect rect, CGImageRef image) {
   if (!context || !image) return;
   const cg::Surface &surface = context->surface;
@@ -15,10 +24,9 @@ void CGContextDrawImage(CGContextRef context, CGRect rect, CGImageRef image) {
   cf::guarded([&] {
     if (const auto exact = cg::exactPlacement(*map, width, height)) {
       (exact->xx != 0 ? cg::drawUpright : cg::drawTurned)(surface, image, *exact, state.clip);
-    } else if (map->isAxisAligned()) {
-      cg::drawScaled(surface, image, *map, state.clip, state.quality);
     } else {
-      cg::drawMapped(surface, image, *map, state.clip, state.quality);
+      const auto draw = map->isAxisAligned() ? cg::drawScaled : cg::drawMapped;
+      draw(surface, image, *map, state.clip, samplingFor(state.quality, image));
     }
   });
 }
