@@ -4,7 +4,7 @@
 set -euo pipefail
 source=$1 compiler=$2
 shift 2
-exported=$(nm -D --defined-only "$@" | awk 'NF == 3 { print $3 }' | sort -u)
+exported=$(nm -D --defined-only "$@" | awk 'NF == 3 { sub(/@.*/, "", $3); print $3 }' | sort -u)
 # Declarations with a visibility of their own are the exported ones. Each ends at its semicolon.
 declared=$(echo '#include <DravKit/DravKit.h>' |
   "$compiler" -E -P -I "$source/include" -I "$source/platform/include" - | tr '\n' ' ' | tr ';' '\n' |
