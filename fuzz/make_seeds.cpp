@@ -6,6 +6,7 @@
 
 #include "../tests/media/jpeg_maker.h"
 #include "../tests/media/png_maker.h"
+#include "../tests/media/profiles.h"
 
 namespace {
 
@@ -52,6 +53,9 @@ void savePngs(const std::filesystem::path &folder) {
       save(folder / name, makePng(png(kind.type, depth, depth == 8)));
     }
   }
+  PngRecipe profiled = png(PNG_COLOR_TYPE_GRAY_ALPHA, 8, false);
+  profiled.profile = greyProfile(1.8);
+  save(folder / "grey-alpha-profile.png", makePng(profiled));
 }
 
 JpegRecipe jpeg(J_COLOR_SPACE input, J_COLOR_SPACE stored) {
@@ -84,6 +88,8 @@ void saveJpegs(const std::filesystem::path &folder) {
   ink.adobeMarker = true;
   save(folder / "ycck.jpg", makeJpeg(ink));
   save(folder / "cmyk.jpg", makeJpeg(jpeg(JCS_CMYK, JCS_CMYK)));
+  ink.profile = blackInkProfile();
+  save(folder / "ycck-profile.jpg", makeJpeg(ink));
 }
 
 }  // namespace

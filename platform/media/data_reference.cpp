@@ -58,7 +58,10 @@ OSErr readAll(const File &file, Handle into) noexcept {
   for (;;) {
     const Size room = GetHandleSize(into);
     if (used == room) {
-      if (static_cast<uint64_t>(room) >= most) return codecTooLargeErr;
+      if (static_cast<uint64_t>(room) >= most) {
+        media::noteDecode(codecs::Fault::tooLarge);
+        return codecTooLargeErr;
+      }
       SetHandleSize(into, room ? 2 * room : kChunkBytes);
       if (MemError() != noErr) return memFullErr;
       continue;

@@ -33,7 +33,7 @@ TEST(ToSrgb, IsEmptyForAProfileOfOtherColoursOrNone) {
 TEST(ToSrgb, SurvivesAProfileThatIsDamagedAnywhere) {
   const std::vector<uint8_t> profile = blackInkProfile();
   const uint8_t ink[8] = {10, 20, 30, 40, 250, 0, 0, 0};
-  for (size_t at = 0; at < profile.size(); at += at < 300 ? 1 : 11) {  // the tags first, then their data
+  for (size_t at = 0; at < profile.size(); at += 7) {
     std::vector<uint8_t> damaged = profile;
     damaged[at] = static_cast<uint8_t>(damaged[at] ^ 0xFF);
     if (const ToSrgb engine = ToSrgb::make(damaged, ProfileInput::cmyk)) {

@@ -7,6 +7,7 @@
 #include "foundation/ref.h"
 #include "import_support.h"
 #include "jpeg_maker.h"
+#include "media/codecs/limits.h"
 #include "media/graphics_import.h"
 #include "media/inspection.h"
 #include "png_maker.h"
@@ -91,6 +92,16 @@ TEST(DataReference, FilesLargerThanAChunkAreReadWhole) {
   ASSERT_EQ(openPath(file.path.string(), &importer), noErr);
   EXPECT_EQ(OpenImporter::describeImage(importer).width, 1);
   CloseComponent(importer);
+}
+
+TEST(DataReference, AnEndlessFileIsTooLarge) {
+  CGImageDecodeLimits limits = CGImageGetDefaultDecodeLimits();
+  limits.memoryBytes = 3'000'000;
+  CGImageSetDecodeLimits(&limits);
+  GraphicsImportComponent importer = nullptr;
+  EXPECT_EQ(openPath("/dev/zero", &importer), codecTooLargeErr);
+  EXPECT_STREQ(CGImageGetLastDecodeFault(), "too large");
+  CGImageSetDecodeLimits(nullptr);
 }
 
 TEST(DataReference, WhatCannotBeReadIsNotFound) {

@@ -3,6 +3,7 @@
 
 #include <lcms2.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <vector>
@@ -13,6 +14,7 @@ inline std::vector<uint8_t> profileBytes(cmsHPROFILE profile) {
   std::vector<uint8_t> bytes(size);
   cmsSaveProfileToMem(profile, bytes.data(), &size);
   cmsCloseProfile(profile);
+  std::fill(bytes.begin() + 24, bytes.begin() + 36, uint8_t{0});  // the day it was made
   return bytes;
 }
 
