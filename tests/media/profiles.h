@@ -3,7 +3,6 @@
 
 #include <lcms2.h>
 
-#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <vector>
@@ -14,7 +13,7 @@ inline std::vector<uint8_t> profileBytes(cmsHPROFILE profile) {
   std::vector<uint8_t> bytes(size);
   cmsSaveProfileToMem(profile, bytes.data(), &size);
   cmsCloseProfile(profile);
-  std::fill(bytes.begin() + 24, bytes.begin() + 36, uint8_t{0});  // the day it was made
+  for (size_t at = 24; at < 36 && at < bytes.size(); ++at) bytes[at] = 0;  // the day it was made
   return bytes;
 }
 
