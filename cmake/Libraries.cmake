@@ -33,7 +33,7 @@ drav_object_library(platform_media platform/media drav_platform_headers PkgConfi
 set(DRAV_PLATFORM_PARTS platform_foundation platform_graphics platform_codecs platform_media)
 
 drav_object_library(drav_core src/core drav_headers)
-drav_object_library(drav_pixel src/pixel drav_headers)
+drav_object_library(drav_pixel src/pixel drav_headers PkgConfig::HWY)
 drav_object_library(drav_composite src/composite drav_headers PkgConfig::HWY)
 drav_object_library(drav_ops src/ops drav_headers)
 drav_object_library(drav_io src/io drav_headers)
