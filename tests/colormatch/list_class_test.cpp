@@ -139,7 +139,9 @@ TEST(ColorMatchListCopy, LeavesNothingBehindWhateverAllocationFails) {
   forEachFailedAllocation([&](CFAllocatorRef allocator, long n) {
     const List copy = copyOf(allocator, list);
     EXPECT_EQ(static_cast<bool>(copy), n > 8);
-    if (copy) EXPECT_TRUE(equal(copy, list));
+    if (copy) {
+      EXPECT_TRUE(equal(copy, list));
+    }
   });
 }
 TEST(ColorMatchListCopy, KeepsEveryNumberOfComponents) {

@@ -39,20 +39,23 @@ void expectBits(std::optional<float> found, float expected) {
 
 constexpr auto kNoMatch = std::nullopt;
 
-// 0.5 and 0.25 leave every difference below exact, so that the neighbours of a threshold are exactly outside
-// it.
+// Targets and ranges are chosen so that the neighbours of each threshold are told apart in single precision.
 
 TEST(ProportionallyIfWithinRangeMode, MatchesUpToTheRangeOnBothSides) {
-  const auto f = [](float value) { return factor(ProportionallyIfWithinRange, 0.5F, 0.25F, value); };
-  expectBits(f(0.5F), 1.0F);
-  expectBits(f(0.625F), 0.5F);
-  expectBits(f(0.375F), 0.5F);
-  expectBits(f(0.75F), 0.0F);
-  expectBits(f(0.25F), 0.0F);
-  expectBits(f(below(0.75F)), 1.0F - (below(0.75F) - 0.5F) / 0.25F);
-  expectBits(f(above(0.25F)), 1.0F - (0.5F - above(0.25F)) / 0.25F);
-  EXPECT_EQ(f(above(0.75F)), kNoMatch);
-  EXPECT_EQ(f(below(0.25F)), kNoMatch);
+  const auto f = [](float value) { return factor(ProportionallyIfWithinRange, 0.625F, 0.25F, value); };
+  expectBits(f(0.625F), 1.0F);
+  expectBits(f(0.75F), 0.5F);
+  expectBits(f(0.5F), 0.5F);
+  expectBits(f(0.875F), 0.0F);
+  expectBits(f(0.375F), 0.0F);
+  expectBits(f(below(0.875F)), 1.0F - (below(0.875F) - 0.625F) / 0.25F);
+  expectBits(f(above(0.375F)), 1.0F - (0.625F - above(0.375F)) / 0.25F);
+  EXPECT_EQ(f(above(0.875F)), kNoMatch);
+  EXPECT_EQ(f(below(0.375F)), kNoMatch);
+}
+TEST(ProportionallyIfWithinRangeMode, TakesTheDifferenceInSinglePrecision) {
+  // The distance is 0.25 after rounding, and a little more before.
+  expectBits(factor(ProportionallyIfWithinRange, 0.5F, 0.25F, below(0.25F)), 0.0F);
 }
 TEST(ProportionallyIfWithinRangeMode, WithoutARangeMatchesTheTargetAloneAndWhole) {
   expectBits(factor(ProportionallyIfWithinRange, 0.5F, 0.0F, 0.5F), 1.0F);
@@ -65,16 +68,18 @@ TEST(ProportionallyIfWithinRangeMode, NeverMatchesWithANegativeRange) {
 }
 
 TEST(ProportionallyIfNotWithinRangeMode, MatchesBeyondTheRangeOnBothSides) {
-  const auto f = [](float value) { return factor(ProportionallyIfNotWithinRange, 0.5F, 0.25F, value); };
-  EXPECT_EQ(f(0.75F), kNoMatch);
-  EXPECT_EQ(f(0.25F), kNoMatch);
-  EXPECT_EQ(f(0.5F), kNoMatch);
-  expectBits(f(above(0.75F)), (above(0.75F) - 0.75F) / 0.25F);
-  expectBits(f(below(0.25F)), 1.0F - below(0.25F) / 0.25F);
+  const auto f = [](float value) { return factor(ProportionallyIfNotWithinRange, 0.625F, 0.25F, value); };
+  EXPECT_EQ(f(0.875F), kNoMatch);
+  EXPECT_EQ(f(0.375F), kNoMatch);
+  EXPECT_EQ(f(below(0.875F)), kNoMatch);
+  EXPECT_EQ(f(above(0.375F)), kNoMatch);
+  EXPECT_EQ(f(0.625F), kNoMatch);
+  expectBits(f(above(0.875F)), (above(0.875F) - 0.875F) / 0.125F);
+  expectBits(f(below(0.375F)), 1.0F - below(0.375F) / 0.375F);
   expectBits(f(1.0F), 1.0F);
   expectBits(f(0.0F), 1.0F);
-  expectBits(f(0.875F), 0.5F);
-  expectBits(f(0.125F), 0.5F);
+  expectBits(f(0.9375F), 0.5F);
+  expectBits(f(0.1875F), 0.5F);
 }
 TEST(ProportionallyIfNotWithinRangeMode, WithoutARangeMatchesAllOtherValuesWithTheFactorZero) {
   expectBits(factor(ProportionallyIfNotWithinRange, 0.5F, 0.0F, above(0.5F)), 0.0F);
@@ -90,25 +95,25 @@ TEST(ProportionallyIfNotWithinRangeMode, DividesByNothingWithoutHarm) {
 }
 
 TEST(AbsolutelyIfWithinRangeMode, MatchesUpToTheRangeOnBothSides) {
-  const auto f = [](float value) { return factor(AbsolutelyIfWithinRange, 0.5F, 0.25F, value); };
-  expectBits(f(0.5F), 1.0F);
-  expectBits(f(0.75F), 1.0F);
-  expectBits(f(0.25F), 1.0F);
-  expectBits(f(below(0.75F)), 1.0F);
-  expectBits(f(above(0.25F)), 1.0F);
-  EXPECT_EQ(f(above(0.75F)), kNoMatch);
-  EXPECT_EQ(f(below(0.25F)), kNoMatch);
+  const auto f = [](float value) { return factor(AbsolutelyIfWithinRange, 0.625F, 0.25F, value); };
+  expectBits(f(0.625F), 1.0F);
+  expectBits(f(0.875F), 1.0F);
+  expectBits(f(0.375F), 1.0F);
+  expectBits(f(below(0.875F)), 1.0F);
+  expectBits(f(above(0.375F)), 1.0F);
+  EXPECT_EQ(f(above(0.875F)), kNoMatch);
+  EXPECT_EQ(f(below(0.375F)), kNoMatch);
 }
 
 TEST(AbsolutelyIfNotWithinRangeMode, MatchesBeyondTheRangeOnBothSides) {
-  const auto f = [](float value) { return factor(AbsolutelyIfNotWithinRange, 0.5F, 0.25F, value); };
-  EXPECT_EQ(f(0.5F), kNoMatch);
-  EXPECT_EQ(f(0.75F), kNoMatch);
-  EXPECT_EQ(f(0.25F), kNoMatch);
-  EXPECT_EQ(f(below(0.75F)), kNoMatch);
-  EXPECT_EQ(f(above(0.25F)), kNoMatch);
-  expectBits(f(above(0.75F)), 1.0F);
-  expectBits(f(below(0.25F)), 1.0F);
+  const auto f = [](float value) { return factor(AbsolutelyIfNotWithinRange, 0.625F, 0.25F, value); };
+  EXPECT_EQ(f(0.625F), kNoMatch);
+  EXPECT_EQ(f(0.875F), kNoMatch);
+  EXPECT_EQ(f(0.375F), kNoMatch);
+  EXPECT_EQ(f(below(0.875F)), kNoMatch);
+  EXPECT_EQ(f(above(0.375F)), kNoMatch);
+  expectBits(f(above(0.875F)), 1.0F);
+  expectBits(f(below(0.375F)), 1.0F);
 }
 
 TEST(ProportionallyIfGreaterThanMode, MatchesFromTargetPlusRangeOn) {
@@ -126,10 +131,10 @@ TEST(ProportionallyIfGreaterThanMode, NeverMatchesWhereTargetAndRangeMakeOne) {
   EXPECT_EQ(factor(ProportionallyIfGreaterThan, 1.0F, 0.0F, 1.0F), kNoMatch);
   expectBits(factor(ProportionallyIfGreaterThan, below(0.75F), 0.25F, below(0.75F) + 0.25F), 0.0F);
 }
-// 0.7 + 0.3 is 1 in single precision, though the two floats do not add up to 1 exactly.
+// 0.9 + 0.1 is 1 in single precision, though the two floats do not add up to 1 exactly.
 TEST(ProportionallyIfGreaterThanMode, AddsTargetAndRangeInSinglePrecision) {
-  EXPECT_NE(1.0 - static_cast<double>(0.7F) - static_cast<double>(0.3F), 0.0);
-  EXPECT_EQ(factor(ProportionallyIfGreaterThan, 0.7F, 0.3F, 5.0F), kNoMatch);
+  EXPECT_NE(1.0 - static_cast<double>(0.9F) - static_cast<double>(0.1F), 0.0);
+  EXPECT_EQ(factor(ProportionallyIfGreaterThan, 0.9F, 0.1F, 5.0F), kNoMatch);
 }
 TEST(ProportionallyIfGreaterThanMode, DividesInDoublePrecision) {
   const float t = 0.1F, r = 0.7F, v = 0.93F;
@@ -167,7 +172,7 @@ TEST(AbsolutelyIfGreaterThanMode, MatchesFromTargetPlusRangeOn) {
   expectBits(f(0.75F), 1.0F);
   expectBits(f(above(0.75F)), 1.0F);
   EXPECT_EQ(factor(AbsolutelyIfGreaterThan, 0.75F, 0.25F, 1.0F), kNoMatch);
-  EXPECT_EQ(factor(AbsolutelyIfGreaterThan, 0.7F, 0.3F, 5.0F), kNoMatch);
+  EXPECT_EQ(factor(AbsolutelyIfGreaterThan, 0.9F, 0.1F, 5.0F), kNoMatch);
   expectBits(factor(AbsolutelyIfGreaterThan, below(0.75F), 0.25F, 1.0F), 1.0F);
 }
 
