@@ -10,6 +10,12 @@ CG_EXTERN_C_BEGIN
 
 /* Where alpha stands in a pixel, and whether the colours are multiplied by it. */
 typedef uint32_t CGImageAlphaInfo;
+
+/* Alpha info in the low five bits, byte order in bits 12 to 14: kCGImageAlphaFirst | kCGBitmapByteOrder32Big.
+ */
+typedef uint32_t CGBitmapInfo;
+
+/* One enumeration, so that the two may be joined in C++ without a warning. */
 enum {
   kCGImageAlphaNone = 0,
   kCGImageAlphaPremultipliedLast = 1,
@@ -18,12 +24,8 @@ enum {
   kCGImageAlphaFirst = 4,
   kCGImageAlphaNoneSkipLast = 5,  /* a component that is ignored */
   kCGImageAlphaNoneSkipFirst = 6, /* likewise, first */
-  kCGImageAlphaOnly = 7           /* no colour */
-};
+  kCGImageAlphaOnly = 7,          /* no colour */
 
-/* Alpha info in the low five bits, byte order in bits 12 to 14. */
-typedef uint32_t CGBitmapInfo;
-enum {
   kCGBitmapAlphaInfoMask = 0x1F,
   kCGBitmapByteOrderMask = 0x7000,
   kCGBitmapByteOrderDefault = 0 << 12, /* big-endian */
