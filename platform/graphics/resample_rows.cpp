@@ -8,14 +8,15 @@
 // foreach_target comes first.
 #include <hwy/highway.h>
 
-#include <array>
 #include <cstring>
 
 #include "graphics/resample_plain.h"
 #include "graphics/resample_rows.h"
+#include "graphics/vector_targets.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace cg::HWY_NAMESPACE {
+namespace {
 
 #if HWY_TARGET == HWY_SCALAR || HWY_TARGET == HWY_EMU128 || __BYTE_ORDER__ != __ORDER_LITTLE_ENDIAN__
 void downBytes(const uint8_t *const *rows, const ColumnFilter &filter, size_t count, int16_t *out) {
@@ -199,6 +200,7 @@ constinit const ResampleRows kRows{downBytes, downWords, acrossBytes, acrossWord
 
 const ResampleRows *targetRows() { return &kRows; }
 
+}  // namespace
 }  // namespace cg::HWY_NAMESPACE
 HWY_AFTER_NAMESPACE();
 
@@ -211,35 +213,23 @@ namespace {
 constinit const ResampleRows kPlainRows{downPlain<int16_t, uint8_t>, downPlain<uint8_t, int16_t>,
                                         acrossPlain<4, int16_t, uint8_t>, acrossPlain<4, uint8_t, int16_t>};
 
-struct Tables {
-  std::array<const ResampleRows *, HWY_MAX_DYNAMIC_TARGETS + 2> best{};
-  size_t count = 0;
-};
-
-// The lower a processor's bit, the better.
-Tables everyTable() noexcept {
-  Tables tables;
-  for (int64_t left = hwy::SupportedTargets() & HWY_TARGETS; left != 0; left &= left - 1) {
-    hwy::ChosenTarget chosen;
-    chosen.Update(left & -left);
-    tables.best[tables.count++] = HWY_DISPATCH_TABLE(targetRows)[chosen.GetIndex()]();
-  }
-  tables.best[tables.count++] = &kPlainRows;
+TargetTables<ResampleRows> everyTable() noexcept {
+  TargetTables<ResampleRows> tables(HWY_TARGETS,
+                                    [](size_t index) { return HWY_DISPATCH_TABLE(targetRows)[index](); });
+  tables.add(&kPlainRows);
   return tables;
 }
 
-const Tables &tables() noexcept {
-  static const Tables all = everyTable();
+const TargetTables<ResampleRows> &tables() noexcept {
+  static const TargetTables<ResampleRows> all = everyTable();
   return all;
 }
 
 }  // namespace
 
-const ResampleRows &resampleRows() noexcept { return *tables().best[0]; }
+const ResampleRows &resampleRows() noexcept { return tables().best(); }
 
-std::span<const ResampleRows *const> allResampleRows() noexcept {
-  return {tables().best.data(), tables().count};
-}
+std::span<const ResampleRows *const> allResampleRows() noexcept { return tables().all(); }
 
 void acrossFewBytes(const uint8_t *row, const RowFilter &filter, size_t components, int16_t *out) noexcept {
   (components == 1 ? acrossPlain<1, int16_t, uint8_t> : acrossPlain<2, int16_t, uint8_t>)(row, filter, out);
