@@ -10,7 +10,8 @@ namespace test {
 // UTF-8; "(no string)" for NULL.
 inline std::string text(CFStringRef string) {
   if (!string) return "(no string)";
-  const CFIndex most = CFStringGetMaximumSizeForEncoding(CFStringGetLength(string), kCFStringEncodingUTF8) + 1;
+  const CFIndex most =
+      CFStringGetMaximumSizeForEncoding(CFStringGetLength(string), kCFStringEncodingUTF8) + 1;
   std::string bytes(static_cast<size_t>(most), '\0');
   if (!CFStringGetCString(string, bytes.data(), most, kCFStringEncodingUTF8)) return "(no UTF-8)";
   return bytes.c_str();

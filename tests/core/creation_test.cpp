@@ -81,8 +81,8 @@ TEST(ImageCreation, BitsPerPixelZeroAreFourComponentsForRGBAndOneForGrey) {
 
 TEST(ImageCreation, BytesPerRowAreKeptAsGiven) {
   const Bytes source(2 * 50, 7);
-  const cf::Ref image = cf::adopt(DRAVCFImageCreateWithBuffer(nullptr, source.data(), 3, 2, 8, 32, 50,
-                                                              displaySpace().get(), kCGImageAlphaNoneSkipFirst));
+  const cf::Ref image = cf::adopt(DRAVCFImageCreateWithBuffer(
+      nullptr, source.data(), 3, 2, 8, 32, 50, displaySpace().get(), kCGImageAlphaNoneSkipFirst));
   EXPECT_EQ(image->bytesPerRow, 50u);
   EXPECT_EQ(image->bufferSize, 100u);
 }

@@ -55,14 +55,18 @@ TEST(ImageClass, AnImageDescribesItsSizeAndLayout) {
 }
 
 TEST(ImageClass, EachAlphaInfoPrintsItsNameAndAnyOtherNothing) {
-  const char *const names[] = {"kCGImageAlphaNone",           "kCGImageAlphaPremultipliedLast",
-                               "kCGImageAlphaPremultipliedFirst", "kCGImageAlphaLast",
-                               "kCGImageAlphaFirst",          "kCGImageAlphaNoneSkipLast",
-                               "kCGImageAlphaNoneSkipFirst",  "kCGImageAlphaOnly",
+  const char *const names[] = {"kCGImageAlphaNone",
+                               "kCGImageAlphaPremultipliedLast",
+                               "kCGImageAlphaPremultipliedFirst",
+                               "kCGImageAlphaLast",
+                               "kCGImageAlphaFirst",
+                               "kCGImageAlphaNoneSkipLast",
+                               "kCGImageAlphaNoneSkipFirst",
+                               "kCGImageAlphaOnly",
                                ""};
   for (uint32_t info = 0; info <= 8; ++info) {
-    const cf::Ref image = makeBufferImage(1, 1, 32, displaySpace().get(), static_cast<CGImageAlphaInfo>(info),
-                                          {1, 2, 3, 4});
+    const cf::Ref image =
+        makeBufferImage(1, 1, 32, displaySpace().get(), static_cast<CGImageAlphaInfo>(info), {1, 2, 3, 4});
     EXPECT_EQ(text(cf::adopt(DRAVCFImageCopyDebugDesc(image.get())).get()),
               std::string("<DRAVCFImage: 1x1 bpc=8 bpp=32 rowBytes=4 ") + names[info] + ">");
   }
@@ -70,7 +74,8 @@ TEST(ImageClass, EachAlphaInfoPrintsItsNameAndAnyOtherNothing) {
 
 TEST(ImageClass, TwoImagesOfOnePlatformImageAreEqual) {
   const cf::Ref space = displaySpace();
-  const cf::Ref cgImage = makeCGImage({1, 1, 8, 32, 4, space.get(), kCGImageAlphaNoneSkipFirst}, {9, 1, 2, 3});
+  const cf::Ref cgImage =
+      makeCGImage({1, 1, 8, 32, 4, space.get(), kCGImageAlphaNoneSkipFirst}, {9, 1, 2, 3});
   const cf::Ref a = cf::adopt(DRAVCFImageCreateWithImage(nullptr, cgImage.get()));
   const cf::Ref b = cf::adopt(DRAVCFImageCreateWithImage(nullptr, cgImage.get()));
   EXPECT_TRUE(CFEqual(a.get(), b.get()));

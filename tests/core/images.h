@@ -34,10 +34,10 @@ inline cf::Ref<CGImageRef> makeCGImage(const Layout &layout, const Bytes &bytes)
 
 // An image of packed 8-bit pixels that holds a buffer.
 inline cf::Ref<DRAVCFImageRef> makeBufferImage(size_t width, size_t height, size_t bitsPerPixel,
-                                               CGColorSpaceRef space, CGImageAlphaInfo alpha, const Bytes &bytes,
-                                               CFAllocatorRef allocator = nullptr) {
-  return cf::adopt(DRAVCFImageCreateWithBuffer(allocator, bytes.data(), width, height, 8, bitsPerPixel, 0, space,
-                                               alpha));
+                                               CGColorSpaceRef space, CGImageAlphaInfo alpha,
+                                               const Bytes &bytes, CFAllocatorRef allocator = nullptr) {
+  return cf::adopt(
+      DRAVCFImageCreateWithBuffer(allocator, bytes.data(), width, height, 8, bitsPerPixel, 0, space, alpha));
 }
 
 inline cf::Ref<DRAVCFImageRef> makeARGBImage(size_t width, size_t height, const Bytes &bytes,

@@ -14,40 +14,57 @@ struct Source {
   bool isGray;
   CGImageAlphaInfo alpha;
   size_t bitsPerPixel;
-  Bytes pixel;            // as stored
-  uint8_t a, r, g, b;     // what it means: straight colour where it has alpha
+  Bytes pixel;         // as stored
+  uint8_t a, r, g, b;  // what it means: straight colour where it has alpha
 };
 
 // Alpha 128 with colours that are whole multiples of it, so that premultiplied and straight forms agree.
 Source sourceFor(bool isGray, CGImageAlphaInfo alpha) {
-  constexpr uint8_t kA = 85, kR = 255, kG = 51, kB = 0;      // straight
-  constexpr uint8_t kPR = 85, kPG = 17, kPB = 0;             // times 85 / 255
+  constexpr uint8_t kA = 85, kR = 255, kG = 51, kB = 0;  // straight
+  constexpr uint8_t kPR = 85, kPG = 17, kPB = 0;         // times 85 / 255
   if (isGray) {
     switch (alpha) {
-      case kCGImageAlphaNone: return {true, alpha, 8, {51}, 255, 51, 51, 51};
-      case kCGImageAlphaPremultipliedLast: return {true, alpha, 16, {kPG, kA}, kA, 51, 51, 51};
-      case kCGImageAlphaPremultipliedFirst: return {true, alpha, 16, {kA, kPG}, kA, 51, 51, 51};
-      case kCGImageAlphaLast: return {true, alpha, 16, {kG, kA}, kA, 51, 51, 51};
-      case kCGImageAlphaFirst: return {true, alpha, 16, {kA, kG}, kA, 51, 51, 51};
-      case kCGImageAlphaNoneSkipLast: return {true, alpha, 16, {51, 9}, 255, 51, 51, 51};
-      case kCGImageAlphaNoneSkipFirst: return {true, alpha, 16, {9, 51}, 255, 51, 51, 51};
-      default: return {true, alpha, 8, {kA}, kA, 0, 0, 0};
+      case kCGImageAlphaNone:
+        return {true, alpha, 8, {51}, 255, 51, 51, 51};
+      case kCGImageAlphaPremultipliedLast:
+        return {true, alpha, 16, {kPG, kA}, kA, 51, 51, 51};
+      case kCGImageAlphaPremultipliedFirst:
+        return {true, alpha, 16, {kA, kPG}, kA, 51, 51, 51};
+      case kCGImageAlphaLast:
+        return {true, alpha, 16, {kG, kA}, kA, 51, 51, 51};
+      case kCGImageAlphaFirst:
+        return {true, alpha, 16, {kA, kG}, kA, 51, 51, 51};
+      case kCGImageAlphaNoneSkipLast:
+        return {true, alpha, 16, {51, 9}, 255, 51, 51, 51};
+      case kCGImageAlphaNoneSkipFirst:
+        return {true, alpha, 16, {9, 51}, 255, 51, 51, 51};
+      default:
+        return {true, alpha, 8, {kA}, kA, 0, 0, 0};
     }
   }
   switch (alpha) {
-    case kCGImageAlphaNone: return {false, alpha, 24, {10, 20, 30}, 255, 10, 20, 30};
-    case kCGImageAlphaPremultipliedLast: return {false, alpha, 32, {kPR, kPG, kPB, kA}, kA, kR, kG, kB};
-    case kCGImageAlphaPremultipliedFirst: return {false, alpha, 32, {kA, kPR, kPG, kPB}, kA, kR, kG, kB};
-    case kCGImageAlphaLast: return {false, alpha, 32, {kR, kG, kB, kA}, kA, kR, kG, kB};
-    case kCGImageAlphaFirst: return {false, alpha, 32, {kA, kR, kG, kB}, kA, kR, kG, kB};
-    case kCGImageAlphaNoneSkipLast: return {false, alpha, 32, {10, 20, 30, 9}, 255, 10, 20, 30};
-    case kCGImageAlphaNoneSkipFirst: return {false, alpha, 32, {9, 10, 20, 30}, 255, 10, 20, 30};
-    default: return {false, alpha, 8, {kA}, kA, 0, 0, 0};
+    case kCGImageAlphaNone:
+      return {false, alpha, 24, {10, 20, 30}, 255, 10, 20, 30};
+    case kCGImageAlphaPremultipliedLast:
+      return {false, alpha, 32, {kPR, kPG, kPB, kA}, kA, kR, kG, kB};
+    case kCGImageAlphaPremultipliedFirst:
+      return {false, alpha, 32, {kA, kPR, kPG, kPB}, kA, kR, kG, kB};
+    case kCGImageAlphaLast:
+      return {false, alpha, 32, {kR, kG, kB, kA}, kA, kR, kG, kB};
+    case kCGImageAlphaFirst:
+      return {false, alpha, 32, {kA, kR, kG, kB}, kA, kR, kG, kB};
+    case kCGImageAlphaNoneSkipLast:
+      return {false, alpha, 32, {10, 20, 30, 9}, 255, 10, 20, 30};
+    case kCGImageAlphaNoneSkipFirst:
+      return {false, alpha, 32, {9, 10, 20, 30}, 255, 10, 20, 30};
+    default:
+      return {false, alpha, 8, {kA}, kA, 0, 0, 0};
   }
 }
 
 bool sourceHasAlpha(CGImageAlphaInfo alpha) {
-  return alpha != kCGImageAlphaNone && alpha != kCGImageAlphaNoneSkipFirst && alpha != kCGImageAlphaNoneSkipLast;
+  return alpha != kCGImageAlphaNone && alpha != kCGImageAlphaNoneSkipFirst &&
+         alpha != kCGImageAlphaNoneSkipLast;
 }
 
 uint8_t times(uint8_t colour, uint8_t alpha) {
@@ -70,9 +87,12 @@ void expectPromotion(bool isGray, uint32_t info, Space kind, bool toColor, bool 
                (addAlpha ? " addAlpha" : ""));
   const Source source = sourceFor(isGray, alpha);
   cf::Ref<CGColorSpaceRef> space;
-  if (isGray) space = kind == Space::foreign ? foreignGraySpace() : graySpace();
-  else if (kind == Space::native) space = displaySpace();
-  else space = kind == Space::foreign ? foreignRGBSpace() : deviceRGBSpace();
+  if (isGray)
+    space = kind == Space::foreign ? foreignGraySpace() : graySpace();
+  else if (kind == Space::native)
+    space = displaySpace();
+  else
+    space = kind == Space::foreign ? foreignRGBSpace() : deviceRGBSpace();
   const cf::Ref cgImage = platformImage(source, space.get());
   ASSERT_TRUE(cgImage);
   const cf::Ref image = cf::adopt(DRAVCFImageCreateWithImage(nullptr, cgImage.get()));
@@ -178,9 +198,8 @@ TEST(Promotion, OfABufferAlreadyRightKeepsEveryPremultipliedByte) {
 
 TEST(Promotion, OfPaddedRowsGivesPackedRows) {
   const Bytes padded{255, 1, 2, 3, 0, 0, 0, 0, 255, 4, 5, 6, 0, 0, 0, 0};
-  const cf::Ref image = cf::adopt(DRAVCFImageCreateWithBuffer(nullptr, padded.data(), 1, 2, 8, 32, 8,
-                                                              displaySpace().get(),
-                                                              kCGImageAlphaPremultipliedFirst));
+  const cf::Ref image = cf::adopt(DRAVCFImageCreateWithBuffer(
+      nullptr, padded.data(), 1, 2, 8, 32, 8, displaySpace().get(), kCGImageAlphaPremultipliedFirst));
   DRAVCFImagePromoteImage(image.get(), 0, 1);
   EXPECT_EQ(image->bytesPerRow, 4u);
   EXPECT_EQ(bufferOf(image.get()), (Bytes{255, 1, 2, 3, 255, 4, 5, 6}));

@@ -25,7 +25,8 @@ TEST(Representations, AfterAWriteTheInvalidatedImageIsRebuilt) {
   image->buffer[1] = 99;
   DRAVCFImageInvalidateImage(image.get());
   EXPECT_EQ(image->cgImage, nullptr);
-  const cf::Ref data = cf::adopt(CGDataProviderCopyData(CGImageGetDataProvider(DRAVCFImageGetCGImage(image.get()))));
+  const cf::Ref data =
+      cf::adopt(CGDataProviderCopyData(CGImageGetDataProvider(DRAVCFImageGetCGImage(image.get()))));
   EXPECT_EQ(CFDataGetBytePtr(data.get())[1], 99);
 }
 

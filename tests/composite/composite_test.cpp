@@ -1,0 +1,364 @@
+// Composite and tile of whole images: the stated cases by hand, and thousands of random ones against the
+// plain form.
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <random>
+
+#include "core/images.h"
+#include "failing_allocator.h"
+#include "plain_composite.h"
+
+namespace {
+
+using namespace test;
+
+#if defined(__SANITIZE_ADDRESS__)
+constexpr int kCases = 1500;
+#else
+constexpr int kCases = 10000;
+#endif
+
+enum class Kind { gray, rgb, argb, rgbaLast, paddedARGB, platformARGB, platformGray };
+constexpr int kKinds = 7;
+
+class Random {
+ public:
+  explicit Random(unsigned seed) : engine_(seed) {}
+  int upTo(int most) { return static_cast<int>(engine_() % static_cast<unsigned>(most + 1)); }
+  int between(int least, int most) { return least + upTo(most - least); }
+  uint8_t byte() { return static_cast<uint8_t>(engine_()); }
+  float place() {
+    return static_cast<float>(between(-24, 64)) + (upTo(3) == 0 ? 0.25f * static_cast<float>(upTo(3)) : 0.0f);
+  }
+  CGRect rect() {
+    const float width = static_cast<float>(between(-20, 40)), height = static_cast<float>(between(-20, 40));
+    return CGRectMake(place(), place(), width, height);
+  }
+
+ private:
+  std::mt19937 engine_;
+};
+
+// Premultiplied pixels with alpha first.
+Bytes premultipliedPixels(Random &random, size_t count) {
+  Bytes pixels;
+  for (size_t i = 0; i < count; ++i) {
+    const uint8_t alpha = random.upTo(3) == 0 ? uint8_t{255} : random.byte();
+    pixels.push_back(alpha);
+    for (int c = 0; c < 3; ++c) pixels.push_back(static_cast<uint8_t>(random.upTo(alpha)));
+  }
+  return pixels;
+}
+
+Bytes anyBytes(Random &random, size_t count) {
+  Bytes bytes(count);
+  for (uint8_t &byte : bytes) byte = random.byte();
+  return bytes;
+}
+
+cf::Ref<DRAVCFImageRef> makeImage(Random &random, Kind kind, size_t width, size_t height) {
+  const size_t count = width * height;
+  const cf::Ref display = displaySpace();
+  switch (kind) {
+    case Kind::gray:
+      return makeGrayImage(width, height, anyBytes(random, count));
+    case Kind::rgb:
+      return makeBufferImage(width, height, 32, display.get(), kCGImageAlphaNoneSkipFirst,
+                             anyBytes(random, 4 * count));
+    case Kind::argb:
+      return makeARGBImage(width, height, premultipliedPixels(random, count));
+    case Kind::rgbaLast: {
+      Bytes pixels = premultipliedPixels(random, count);
+      for (size_t i = 0; i < count; ++i) std::rotate(&pixels[4 * i], &pixels[4 * i + 1], &pixels[4 * i] + 4);
+      return makeBufferImage(width, height, 32, display.get(), kCGImageAlphaPremultipliedLast, pixels);
+    }
+    case Kind::paddedARGB: {
+      const size_t row = 4 * width + 12;
+      Bytes padded(row * height, 0);
+      for (size_t y = 0; y < height; ++y) {
+        const Bytes pixels = premultipliedPixels(random, width);
+        std::copy(pixels.begin(), pixels.end(), padded.begin() + static_cast<long>(y * row));
+      }
+      return cf::adopt(DRAVCFImageCreateWithBuffer(nullptr, padded.data(), width, height, 8, 32, row,
+                                                   display.get(), kCGImageAlphaPremultipliedFirst));
+    }
+    case Kind::platformARGB: {
+      const cf::Ref cgImage =
+          makeCGImage({width, height, 8, 32, 4 * width, display.get(), kCGImageAlphaPremultipliedFirst},
+                      premultipliedPixels(random, count));
+      return cf::adopt(DRAVCFImageCreateWithImage(nullptr, cgImage.get()));
+    }
+    case Kind::platformGray: {
+      const cf::Ref space = graySpace();
+      const cf::Ref cgImage =
+          makeCGImage({width, height, 8, 8, width, space.get(), kCGImageAlphaNone}, anyBytes(random, count));
+      return cf::adopt(DRAVCFImageCreateWithImage(nullptr, cgImage.get()));
+    }
+  }
+  return nullptr;
+}
+
+// A second image of the same content and form.
+cf::Ref<DRAVCFImageRef> twin(DRAVCFImageRef image) {
+  if (!image->buffer) return cf::adopt(DRAVCFImageCreateWithImage(nullptr, image->cgImage));
+  return cf::adopt(DRAVCFImageCreateWithBuffer(nullptr, image->buffer, image->width, image->height,
+                                               image->bitsPerComponent, image->bitsPerPixel,
+                                               image->bytesPerRow, image->colorSpace, image->alphaInfo));
+}
+
+void expectSame(DRAVCFImageRef found, DRAVCFImageRef expected) {
+  EXPECT_EQ(found->alphaInfo, expected->alphaInfo);
+  EXPECT_EQ(found->bitsPerPixel, expected->bitsPerPixel);
+  EXPECT_EQ(found->bytesPerRow, expected->bytesPerRow);
+  EXPECT_EQ(found->cgImage != nullptr, expected->cgImage != nullptr);
+  EXPECT_EQ(bufferOf(found), bufferOf(expected));
+}
+
+struct Pair {
+  cf::Ref<DRAVCFImageRef> source, destination, expected;
+};
+
+Pair randomPair(Random &random) {
+  Pair pair;
+  pair.source =
+      makeImage(random, static_cast<Kind>(random.upTo(kKinds - 1)),
+                static_cast<size_t>(random.between(1, 40)), static_cast<size_t>(random.between(1, 40)));
+  pair.destination =
+      makeImage(random, static_cast<Kind>(random.upTo(kKinds - 1)),
+                static_cast<size_t>(random.between(1, 40)), static_cast<size_t>(random.between(1, 40)));
+  pair.expected = twin(pair.destination.get());
+  return pair;
+}
+
+TEST(Composite, OfRandomImagesGivesTheBytesOfThePlainForm) {
+  for (int i = 0; i < kCases; ++i) {
+    Random random(static_cast<unsigned>(i));
+    const Pair pair = randomPair(random);
+    const Bytes sourceBefore = bufferOf(pair.source.get());
+    const auto count = static_cast<uint32_t>(random.between(0, 3));
+    std::vector<CGRect> from(3), to(3);
+    const bool sameSizes = random.upTo(1) == 0;
+    for (int k = 0; k < 3; ++k) {
+      from[static_cast<size_t>(k)] = random.rect();
+      to[static_cast<size_t>(k)] = random.rect();
+      if (sameSizes) to[static_cast<size_t>(k)].size = from[static_cast<size_t>(k)].size;
+    }
+    const auto mode = static_cast<uint32_t>(random.upTo(24));
+    const CGRect *sources = random.upTo(5) == 0 ? nullptr : from.data();
+    const CGRect *destinations = random.upTo(5) == 0 ? nullptr : to.data();
+    DRAVCFImageComposite(pair.source.get(), pair.destination.get(), sources, destinations, count, mode);
+    plainComposite(pair.source.get(), pair.expected.get(), sources, destinations, count, mode);
+    expectSame(pair.destination.get(), pair.expected.get());
+    EXPECT_EQ(bufferOf(pair.source.get()), sourceBefore) << "the source is never changed";
+    if (HasFailure()) FAIL() << "case " << i;
+  }
+}
+
+TEST(Tile, OfRandomImagesGivesTheBytesOfThePlainForm) {
+  for (int i = 0; i < kCases; ++i) {
+    Random random(static_cast<unsigned>(i) + 77777u);
+    const Pair pair = randomPair(random);
+    CGRect from = random.rect();
+    if (random.upTo(7) == 0) from.size.width += 0.5f;
+    const CGRect to = random.rect();
+    const auto mode = static_cast<uint32_t>(random.upTo(24));
+    const auto corner = static_cast<uint32_t>(random.upTo(4));
+    DRAVCFImageTile(pair.source.get(), pair.destination.get(), from, to, mode, corner);
+    plainTile(pair.source.get(), pair.expected.get(), from, to, mode, corner);
+    expectSame(pair.destination.get(), pair.expected.get());
+    if (HasFailure()) FAIL() << "case " << i;
+  }
+}
+
+TEST(Composite, OfAnImageWithItselfReadsWhatItWasBefore) {
+  for (int i = 0; i < 500; ++i) {
+    Random random(static_cast<unsigned>(i) + 555u);
+    const cf::Ref image = makeImage(random, static_cast<Kind>(random.upTo(kKinds - 1)), 20, 20);
+    const cf::Ref expected = twin(image.get());
+    const CGRect from = random.rect(), to = {random.rect().origin, from.size};
+    const auto mode = static_cast<uint32_t>(random.upTo(23));
+    DRAVCFImageComposite(image.get(), image.get(), &from, &to, 1, mode);
+    plainComposite(expected.get(), expected.get(), &from, &to, 1, mode);
+    expectSame(image.get(), expected.get());
+    DRAVCFImageTile(image.get(), image.get(), from, to, mode, 2);
+    plainTile(expected.get(), expected.get(), from, to, mode, 2);
+    expectSame(image.get(), expected.get());
+    if (HasFailure()) FAIL() << "case " << i;
+  }
+}
+
+// ---- by hand
+
+cf::Ref<DRAVCFImageRef> grayRow(const Bytes &bytes) { return makeGrayImage(bytes.size(), 1, bytes); }
+
+TEST(Composite, WithoutRectanglesAndCountZeroCoversTheWholeImageOnce) {
+  const cf::Ref source = grayRow({10, 20}), destination = grayRow({100, 250});
+  DRAVCFImageComposite(source.get(), destination.get(), nullptr, nullptr, 0, kDRAVCFBlendModePlus);
+  EXPECT_EQ(bufferOf(destination.get()), (Bytes{110, 255}));
+}
+
+TEST(Composite, OfMode24ChangesNothing) {
+  const cf::Ref source = grayRow({10, 20}), destination = grayRow({100, 250});
+  DRAVCFImageComposite(source.get(), destination.get(), nullptr, nullptr, 1, 24);
+  DRAVCFImageComposite(source.get(), destination.get(), nullptr, nullptr, 1, UINT32_MAX);
+  EXPECT_EQ(bufferOf(destination.get()), (Bytes{100, 250}));
+}
+
+TEST(Composite, OfGreyOntoColourKeepsTheDestinationsLayout) {
+  const cf::Ref source = grayRow({10}),
+                destination =
+                    makeBufferImage(1, 1, 32, displaySpace().get(), kCGImageAlphaNoneSkipFirst, {7, 1, 2, 3});
+  DRAVCFImageComposite(source.get(), destination.get(), nullptr, nullptr, 1, kDRAVCFBlendModeCopySrc);
+  EXPECT_EQ(bufferOf(destination.get()), (Bytes{7, 10, 10, 10}));
+  EXPECT_EQ(source->bitsPerPixel, 8u);
+}
+
+TEST(Composite, OfAlphaOntoGreyPromotesTheDestination) {
+  const cf::Ref source = makeARGBImage(1, 1, {128, 128, 0, 0}), destination = grayRow({255});
+  DRAVCFImageComposite(source.get(), destination.get(), nullptr, nullptr, 1, kDRAVCFBlendModeSrcOver);
+  EXPECT_EQ(bufferOf(destination.get()), (Bytes{255, 255, 127, 127}));
+  EXPECT_EQ(destination->alphaInfo, kCGImageAlphaPremultipliedFirst);
+}
+
+TEST(Composite, LeavesAStalePlatformImageInPlace) {
+  const cf::Ref space = displaySpace();
+  const cf::Ref cgImage =
+      makeCGImage({1, 1, 8, 32, 4, space.get(), kCGImageAlphaPremultipliedFirst}, {255, 1, 1, 1});
+  const cf::Ref destination = cf::adopt(DRAVCFImageCreateWithImage(nullptr, cgImage.get()));
+  const cf::Ref source = makeARGBImage(1, 1, {255, 9, 9, 9});
+  DRAVCFImageComposite(source.get(), destination.get(), nullptr, nullptr, 1, kDRAVCFBlendModeCopySrc);
+  EXPECT_EQ(DRAVCFImageGetCGImage(destination.get()), cgImage.get());
+  EXPECT_EQ(bufferOf(destination.get()), (Bytes{255, 9, 9, 9}));
+}
+
+TEST(Composite, OfImagesThatHoldNothingDoesNothing) {
+  const cf::Ref empty = cf::adopt(DRAVCFImageCreate(nullptr));
+  const cf::Ref image = grayRow({5});
+  DRAVCFImageComposite(empty.get(), image.get(), nullptr, nullptr, 1, 3);
+  DRAVCFImageComposite(image.get(), empty.get(), nullptr, nullptr, 1, 3);
+  EXPECT_EQ(bufferOf(image.get()), (Bytes{5}));
+}
+
+TEST(Composite, OfABufferSmallerThanItsSizeClaimsDoesNothing) {
+  const cf::Ref source = grayRow({1, 2, 3, 4}), destination = grayRow({9, 9});
+  source->bufferSize = 3;
+  DRAVCFImageComposite(source.get(), destination.get(), nullptr, nullptr, 1, 1);
+  EXPECT_EQ(bufferOf(destination.get()), (Bytes{9, 9}));
+}
+
+TEST(Composite, OfALongColumnReachesItsEnd) {
+  const cf::Ref source = makeGrayImage(1, 40000, Bytes(40000, 3)),
+                destination = makeGrayImage(1, 40000, Bytes(40000, 4));
+  DRAVCFImageComposite(source.get(), destination.get(), nullptr, nullptr, 1, kDRAVCFBlendModePlus);
+  EXPECT_EQ(bufferOf(destination.get()), Bytes(40000, 7));
+}
+
+TEST(Composite, ACallersOwnFunctionGetsEveryPixelInOrderOfAddress) {
+  static std::vector<std::pair<const uint8_t *, uint8_t *>> calls;
+  calls.clear();
+  const cf::Ref source = makeGrayImage(3, 2, {1, 2, 3, 4, 5, 6});
+  uint8_t destination[6] = {};
+  const CGRect whole = CGRectMake(0, 0, 3, 2);
+  DRAVCFImageCompositeRect(source.get(), &whole, 3, 2, 3, destination, &whole, 3, 2, 3, 1,
+                           [](const uint8_t *s, uint8_t *d) { calls.emplace_back(s, d); });
+  ASSERT_EQ(calls.size(), 6u);
+  for (size_t i = 0; i < 6; ++i) {
+    EXPECT_EQ(calls[i].first, source->buffer + i);
+    EXPECT_EQ(calls[i].second, destination + i);
+  }
+}
+
+TEST(CompositeRect, WithoutRectanglesBufferOrFunctionDrawsNothing) {
+  const cf::Ref source = grayRow({1});
+  uint8_t pixel = 9;
+  const CGRect one = CGRectMake(0, 0, 1, 1);
+  const auto copy = DRAVCFImageCompositorForParameters(1, 0, 1);
+  DRAVCFImageCompositeRect(source.get(), nullptr, 1, 1, 1, &pixel, &one, 1, 1, 1, 1, copy);
+  DRAVCFImageCompositeRect(source.get(), &one, 1, 1, 1, &pixel, nullptr, 1, 1, 1, 1, copy);
+  DRAVCFImageCompositeRect(source.get(), &one, 1, 1, 1, nullptr, &one, 1, 1, 1, 1, copy);
+  DRAVCFImageCompositeRect(source.get(), &one, 1, 1, 1, &pixel, &one, 1, 1, 1, 1, nullptr);
+  EXPECT_EQ(pixel, 9);
+}
+
+TEST(CompositeRect, OfEqualSizesNeverChangesTheSource) {
+  const cf::Ref source = makeGrayImage(3, 3, Bytes(9, 7));
+  uint8_t destination[4] = {};
+  const CGRect from = CGRectMake(1, 1, 2, 2), to = CGRectMake(0, 0, 2, 2);
+  const uint8_t *before = source->buffer;
+  DRAVCFImageCompositeRect(source.get(), &from, 3, 3, 3, destination, &to, 2, 2, 2, 1,
+                           DRAVCFImageCompositorForParameters(1, 0, 1));
+  EXPECT_EQ(source->buffer, before);
+  EXPECT_EQ(Bytes(destination, destination + 4), Bytes(4, 7));
+}
+
+TEST(CompositeRect, OfOtherSizesCropsAndScalesTheSource) {
+  const cf::Ref source = makeGrayImage(4, 4, Bytes(16, 7));
+  uint8_t destination[4] = {};
+  const CGRect from = CGRectMake(0, 0, 4, 4), to = CGRectMake(0, 0, 2, 2);
+  DRAVCFImageCompositeRect(source.get(), &from, 4, 4, 4, destination, &to, 2, 2, 2, 1,
+                           DRAVCFImageCompositorForParameters(1, 0, 1));
+  EXPECT_EQ(source->width, 2u);
+  EXPECT_EQ(source->height, 2u);
+  EXPECT_EQ(Bytes(destination, destination + 4), Bytes(4, 7));
+}
+
+TEST(Tile, TheLastTileReachesBeyondItsRectangle) {
+  const cf::Ref source = makeGrayImage(10, 10, Bytes(100, 50)),
+                destination = makeGrayImage(40, 10, Bytes(400, 0));
+  DRAVCFImageTile(source.get(), destination.get(), CGRectMake(0, 0, 10, 10), CGRectMake(2, 0, 25, 10),
+                  kDRAVCFBlendModeCopySrc, 2);
+  const Bytes row = bufferOf(destination.get());
+  for (size_t x = 0; x < 40; ++x) EXPECT_EQ(row[x], x >= 2 && x < 32 ? 50 : 0) << x;
+}
+
+TEST(Tile, EachCornerBeginsWhereItsNameSays) {
+  // One bright column and row mark a tile's own top left.
+  const auto firstBright = [](uint32_t corner) {
+    const cf::Ref source = makeGrayImage(4, 4, {9, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1});
+    const cf::Ref destination = makeGrayImage(10, 10, Bytes(100, 0));
+    DRAVCFImageTile(source.get(), destination.get(), CGRectMake(0, 0, 4, 4), CGRectMake(3, 3, 4, 4),
+                    kDRAVCFBlendModeCopySrc, corner);
+    return bufferOf(destination.get());
+  };
+  for (uint32_t corner = 0; corner < 4; ++corner) EXPECT_EQ(firstBright(corner)[33], 9) << corner;
+}
+
+TEST(Tile, OfAWidthBelowOneOrAnUnknownCornerDoesNothing) {
+  const cf::Ref source = grayRow({5}), destination = grayRow({9});
+  const CGRect one = CGRectMake(0, 0, 1, 1);
+  DRAVCFImageTile(source.get(), destination.get(), CGRectMake(0, 0, 0.5f, 1), one, 1, 2);
+  DRAVCFImageTile(source.get(), destination.get(), one, CGRectMake(0, 0, 1, 0.5f), 1, 2);
+  DRAVCFImageTile(source.get(), destination.get(), one, one, 1, 4);
+  EXPECT_EQ(bufferOf(destination.get()), (Bytes{9}));
+}
+
+TEST(Tile, OfRectanglesThatAreNoNumbersDoesNothing) {
+  const cf::Ref source = grayRow({5}), destination = grayRow({9});
+  const CGRect one = CGRectMake(0, 0, 1, 1);
+  for (float odd : {std::nanf(""), HUGE_VALF, -HUGE_VALF, 3e38f}) {
+    DRAVCFImageTile(source.get(), destination.get(), CGRectMake(0, 0, odd, 1), one, 1, 2);
+    DRAVCFImageTile(source.get(), destination.get(), one, CGRectMake(0, 0, 1, odd), 1, 0);
+    DRAVCFImageComposite(source.get(), destination.get(), nullptr, nullptr, 0, 2);
+  }
+  EXPECT_EQ(bufferOf(destination.get()), (Bytes{9}));
+}
+
+TEST(CompositeAllocation, FailingAnywhereLeavesTheSourceAndAWholeDestination) {
+  for (uint32_t operation = 0; operation < 2; ++operation) {
+    testing_support::forEachFailedAllocation([&](CFAllocatorRef allocator, long) {
+      const cf::Ref source = makeGrayImage(4, 4, Bytes(16, 7), allocator);
+      const cf::Ref destination = source ? makeARGBImage(5, 5, Bytes(100, 255), allocator) : nullptr;
+      if (!destination) return;
+      const CGRect from = CGRectMake(0, 0, 4, 4), to = CGRectMake(0, 0, 5, 5);
+      if (operation == 0)
+        DRAVCFImageComposite(source.get(), destination.get(), &from, &to, 1, 3);
+      else
+        DRAVCFImageTile(source.get(), destination.get(), from, to, 3, 2);
+      EXPECT_EQ(bufferOf(source.get()), Bytes(16, 7));
+      EXPECT_TRUE(!destination->buffer || drav::bufferIsWhole(destination.get()));
+    });
+  }
+}
+
+}  // namespace
