@@ -1,0 +1,243 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "core/images.h"
+#include "failing_allocator.h"
+
+namespace {
+
+using namespace test;
+
+// Grey pixels that tell their place: 10 * row + column, row 0 on top.
+cf::Ref<DRAVCFImageRef> placeImage(size_t width, size_t height, CFAllocatorRef allocator = nullptr) {
+  Bytes bytes;
+  for (size_t y = 0; y < height; ++y)
+    for (size_t x = 0; x < width; ++x) bytes.push_back(static_cast<uint8_t>(10 * y + x));
+  return makeGrayImage(width, height, bytes, allocator);
+}
+
+TEST(Crop, CountsRowsFromTheBottom) {
+  const cf::Ref image = placeImage(4, 3);
+  DRAVCFImageCropToRect(image.get(), CGRectMake(1, 0, 2, 2));
+  EXPECT_EQ(bufferOf(image.get()), (Bytes{11, 12, 21, 22}));
+  EXPECT_EQ(image->width, 2u);
+  EXPECT_EQ(image->height, 2u);
+  EXPECT_EQ(image->bytesPerRow, 2u);
+  EXPECT_EQ(image->cgImage, nullptr);
+}
+
+TEST(Crop, ToTheWholeImageLeavesItUntouched) {
+  const cf::Ref image = placeImage(4, 3);
+  const uint8_t *before = image->buffer;
+  DRAVCFImageCropToRect(image.get(), CGRectMake(0, 0, 4, 3));
+  DRAVCFImageCropToRect(image.get(), CGRectMake(0.2f, 0.3f, 3.5f, 2.5f));
+  DRAVCFImageCropToRect(image.get(), CGRectMake(4, 3, -4, -3));
+  EXPECT_EQ(image->buffer, before);
+}
+
+TEST(Crop, AnOriginBelowZeroMovesWithoutShortening) {
+  const cf::Ref image = placeImage(100, 2);
+  DRAVCFImageCropToRect(image.get(), CGRectMake(-10, 0, 50, 2));
+  EXPECT_EQ(image->width, 50u);
+  EXPECT_EQ(bufferOf(image.get())[0], 0);
+  EXPECT_EQ(bufferOf(image.get())[49], 49);
+}
+
+TEST(Crop, ANegativeSizeMeansItsStandardisedForm) {
+  const cf::Ref image = placeImage(4, 3);
+  DRAVCFImageCropToRect(image.get(), CGRectMake(3, 2, -2, -2));
+  EXPECT_EQ(bufferOf(image.get()), (Bytes{11, 12, 21, 22}));
+}
+
+TEST(Crop, PastTheEdgeIsCutThere) {
+  const cf::Ref image = placeImage(4, 3);
+  DRAVCFImageCropToRect(image.get(), CGRectMake(2, 1, 10, 10));
+  EXPECT_EQ(bufferOf(image.get()), (Bytes{2, 3, 12, 13}));
+}
+
+TEST(Crop, ThatEndsWithoutWidthOrHeightLeavesTheImage) {
+  const cf::Ref image = placeImage(4, 3);
+  const Bytes before = bufferOf(image.get());
+  DRAVCFImageCropToRect(image.get(), CGRectMake(4, 0, 5, 3));
+  DRAVCFImageCropToRect(image.get(), CGRectMake(0, 3, 4, 5));
+  DRAVCFImageCropToRect(image.get(), CGRectMake(1, 1, 0, 2));
+  EXPECT_EQ(bufferOf(image.get()), before);
+  EXPECT_EQ(image->width, 4u);
+}
+
+TEST(Crop, ByNumbersThatAreNoPixelsLeavesTheImage) {
+  const float infinity = HUGE_VALF;
+  for (float odd : {std::nanf(""), infinity, -infinity}) {
+    for (int field = 0; field < 4; ++field) {
+      const cf::Ref image = placeImage(4, 3);
+      CGRect rect = CGRectMake(1, 1, 2, 2);
+      (field == 0   ? rect.origin.x
+       : field == 1 ? rect.origin.y
+       : field == 2 ? rect.size.width
+                    : rect.size.height) = odd;
+      DRAVCFImageCropToRect(image.get(), rect);
+      ASSERT_NE(image->buffer, nullptr);
+      EXPECT_LE(image->width, 4u);
+      EXPECT_LE(image->height, 3u);
+      EXPECT_TRUE(drav::bufferIsWhole(image.get()));
+    }
+  }
+}
+
+TEST(Crop, RowsOfColourArePaddedTo32Bytes) {
+  const cf::Ref image = makeARGBImage(10, 2, Bytes(80, 255));
+  DRAVCFImageCropToRect(image.get(), CGRectMake(0, 0, 9, 2));
+  EXPECT_EQ(image->bytesPerRow, 64u);
+  EXPECT_EQ(image->bufferSize, 128u);
+  EXPECT_EQ(image->alphaInfo, kCGImageAlphaPremultipliedFirst);
+  EXPECT_EQ(image->buffer[0], 255);
+  EXPECT_EQ(image->buffer[36], 0) << "padding is zero";
+}
+
+TEST(Crop, Of24BitColourSkipsALastByte) {
+  const cf::Ref image =
+      makeBufferImage(2, 1, 24, deviceRGBSpace().get(), kCGImageAlphaNone, {1, 2, 3, 4, 5, 6});
+  DRAVCFImageCropToRect(image.get(), CGRectMake(1, 0, 1, 1));
+  EXPECT_EQ(image->bitsPerPixel, 32u);
+  EXPECT_EQ(image->alphaInfo, kCGImageAlphaNoneSkipLast);
+  EXPECT_EQ(image->bytesPerRow, 32u);
+  EXPECT_EQ(image->buffer[0], 4);
+  EXPECT_EQ(image->buffer[1], 5);
+  EXPECT_EQ(image->buffer[2], 6);
+}
+
+TEST(Crop, KeepsEveryPremultipliedByte) {
+  Bytes all;
+  for (int alpha = 0; alpha < 256; ++alpha)
+    for (int colour = 0; colour <= alpha; colour += 3)
+      for (int byte : {alpha, colour, alpha - colour, alpha}) all.push_back(static_cast<uint8_t>(byte));
+  const size_t width = all.size() / 4;
+  const cf::Ref image = makeARGBImage(width, 1, all);
+  DRAVCFImageCropToRect(image.get(), CGRectMake(1, 0, static_cast<float>(width) - 1, 1));
+  const Bytes cropped(image->buffer, image->buffer + 4 * (width - 1));
+  EXPECT_EQ(cropped, Bytes(all.begin() + 4, all.end()));
+}
+
+TEST(Crop, OfALayoutNoContextDrawsIntoLeavesTheImage) {
+  const cf::Ref space = graySpace();
+  const Bytes wide(8, 1);
+  const cf::Ref image = cf::adopt(
+      DRAVCFImageCreateWithBuffer(nullptr, wide.data(), 4, 1, 16, 16, 8, space.get(), kCGImageAlphaNone));
+  DRAVCFImageCropToRect(image.get(), CGRectMake(0, 0, 2, 1));
+  EXPECT_EQ(image->width, 4u);
+  EXPECT_EQ(bufferOf(image.get()), wide);
+}
+
+TEST(Crop, OfAnImageThatHoldsNothingDoesNothing) {
+  const cf::Ref image = cf::adopt(DRAVCFImageCreate(nullptr));
+  DRAVCFImageCropToRect(image.get(), CGRectMake(0, 0, 2, 1));
+  DRAVCFImageScaleToSize(image.get(), CGSizeMake(3, 3));
+  DRAVCFImageFlipVertically(image.get());
+  EXPECT_EQ(image->buffer, nullptr);
+}
+
+TEST(Scale, RoundsTheSizeToWholePixels) {
+  const cf::Ref image = makeARGBImage(10, 4, Bytes(160, 255));
+  DRAVCFImageScaleToSize(image.get(), CGSizeMake(10, 7.5f));
+  EXPECT_EQ(image->width, 10u);
+  EXPECT_EQ(image->height, 8u);
+  EXPECT_EQ(image->bytesPerRow, 64u);
+  EXPECT_EQ(image->buffer[0], 255);
+}
+
+TEST(Scale, ToTheSameSizeAfterRoundingChangesNothing) {
+  const cf::Ref image = makeGrayImage(100, 1, Bytes(100, 9));
+  const uint8_t *before = image->buffer;
+  DRAVCFImageScaleToSize(image.get(), CGSizeMake(99.6f, 1.2f));
+  EXPECT_EQ(image->buffer, before);
+}
+
+TEST(Scale, ToANegativeEmptyOrImpossibleSizeChangesNothing) {
+  const cf::Ref image = makeGrayImage(4, 1, {1, 2, 3, 4});
+  for (CGSize size : {CGSizeMake(-1, 5), CGSizeMake(5, -1), CGSizeMake(0, 5), CGSizeMake(5, 0.4f),
+                      CGSizeMake(std::nanf(""), 5), CGSizeMake(5, std::nanf("")), CGSizeMake(HUGE_VALF, 5),
+                      CGSizeMake(3e9f, 5)}) {
+    DRAVCFImageScaleToSize(image.get(), size);
+    EXPECT_EQ(bufferOf(image.get()), (Bytes{1, 2, 3, 4}));
+  }
+}
+
+TEST(Scale, OfOneColourStaysThatColour) {
+  const Bytes pixel{200, 150, 100, 50};
+  Bytes all;
+  for (int i = 0; i < 35; ++i) all.insert(all.end(), pixel.begin(), pixel.end());
+  for (CGSize size : {CGSizeMake(3, 2), CGSizeMake(20, 13), CGSizeMake(1, 1), CGSizeMake(7, 50)}) {
+    const cf::Ref image = makeARGBImage(7, 5, all);
+    DRAVCFImageScaleToSize(image.get(), size);
+    for (size_t y = 0; y < image->height; ++y)
+      for (size_t x = 0; x < image->width; ++x) {
+        const uint8_t *at = image->buffer + y * image->bytesPerRow + 4 * x;
+        EXPECT_EQ(Bytes(at, at + 4), pixel);
+      }
+  }
+}
+
+TEST(Flip, ExchangesTopAndBottom) {
+  const cf::Ref image = placeImage(2, 3);
+  DRAVCFImageFlipVertically(image.get());
+  EXPECT_EQ(bufferOf(image.get()), (Bytes{20, 21, 10, 11, 0, 1}));
+  EXPECT_EQ(image->cgImage, nullptr);
+}
+
+TEST(Flip, TwiceRestoresEveryByte) {
+  Bytes pixels;
+  for (int alpha = 0; alpha < 256; ++alpha)
+    for (int byte : {alpha, alpha / 2, alpha, 0}) pixels.push_back(static_cast<uint8_t>(byte));
+  const cf::Ref image = makeARGBImage(16, 16, pixels);
+  DRAVCFImageFlipVertically(image.get());
+  EXPECT_NE(bufferOf(image.get()), pixels);
+  DRAVCFImageFlipVertically(image.get());
+  EXPECT_EQ(bufferOf(image.get()), pixels);
+}
+
+TEST(Flip, OfAPlatformImageInAnotherLayoutMakesTheBufferFirst) {
+  const cf::Ref space = deviceRGBSpace();
+  const cf::Ref cgImage =
+      makeCGImage({1, 2, 8, 32, 4, space.get(), kCGImageAlphaLast}, {255, 0, 0, 255, 0, 0, 255, 128});
+  const cf::Ref image = cf::adopt(DRAVCFImageCreateWithImage(nullptr, cgImage.get()));
+  DRAVCFImageFlipVertically(image.get());
+  EXPECT_EQ(bufferOf(image.get()), (Bytes{128, 0, 0, 128, 255, 255, 0, 0}));
+  EXPECT_EQ(image->alphaInfo, kCGImageAlphaPremultipliedFirst);
+}
+
+TEST(Flip, OfAPlatformImageWithPaddedRowsKeepsTheBufferPacked) {
+  const cf::Ref space = displaySpace();
+  Bytes rows(32, 0);
+  rows[0] = rows[16] = 255;
+  rows[1] = 10;
+  rows[17] = 20;
+  const cf::Ref cgImage = makeCGImage({1, 2, 8, 32, 16, space.get(), kCGImageAlphaPremultipliedFirst}, rows);
+  const cf::Ref image = cf::adopt(DRAVCFImageCreateWithImage(nullptr, cgImage.get()));
+  DRAVCFImageFlipVertically(image.get());
+  EXPECT_EQ(bufferOf(image.get()), (Bytes{255, 20, 0, 0, 255, 10, 0, 0}));
+}
+
+TEST(GeometryAllocation, FailingAnywhereLeavesTheImageAsItWas) {
+  const auto check = [](auto operation) {
+    testing_support::forEachFailedAllocation([&](CFAllocatorRef allocator, long n) {
+      const cf::Ref image = placeImage(4, 3, allocator);
+      if (!image) return;
+      const Bytes before = bufferOf(image.get());
+      const uint8_t *buffer = image->buffer;
+      operation(image.get());
+      if (image->buffer == buffer && image->width == 4 && image->height == 3) {
+        const Bytes after = bufferOf(image.get());
+        Bytes flipped{20, 21, 22, 23, 10, 11, 12, 13, 0, 1, 2, 3};
+        EXPECT_TRUE(after == before || after == flipped) << n;
+      } else {
+        EXPECT_TRUE(drav::bufferIsWhole(image.get())) << n;
+      }
+    });
+  };
+  check([](DRAVCFImageRef image) { DRAVCFImageCropToRect(image, CGRectMake(1, 1, 2, 1)); });
+  check([](DRAVCFImageRef image) { DRAVCFImageScaleToSize(image, CGSizeMake(8, 2)); });
+  check([](DRAVCFImageRef image) { DRAVCFImageFlipVertically(image); });
+}
+
+}  // namespace

@@ -1,0 +1,92 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "core/images.h"
+#include "failing_allocator.h"
+
+namespace {
+
+using namespace test;
+
+cf::Ref<DRAVCFImageRef> rgbImage(size_t width, size_t height, const Bytes &bytes) {
+  return makeBufferImage(width, height, 32, displaySpace().get(), kCGImageAlphaNoneSkipFirst, bytes);
+}
+
+Bytes masked(DRAVCFImageRef image, DRAVCFImageRef mask, Boolean isPremultiplied) {
+  const cf::Ref result = cf::adopt(DRAVCFImageCreateWithImageAndMask(nullptr, image, mask, isPremultiplied));
+  return result ? bufferOf(result.get()) : Bytes{};
+}
+
+TEST(Mask, OfAnotherSizeGivesNothing) {
+  const cf::Ref image = rgbImage(1, 1, {0, 1, 2, 3});
+  EXPECT_EQ(masked(image.get(), makeGrayImage(2, 1, {1, 2}).get(), 0), Bytes{});
+  EXPECT_EQ(masked(image.get(), makeGrayImage(1, 2, {1, 2}).get(), 0), Bytes{});
+}
+
+TEST(Mask, BecomesTheAlphaAndMultipliesTheColours) {
+  const cf::Ref image = rgbImage(3, 1, {0, 9, 8, 7, 0, 9, 8, 7, 0, 255, 0, 100});
+  EXPECT_EQ(masked(image.get(), makeGrayImage(3, 1, {0, 255, 128}).get(), 0),
+            (Bytes{0, 0, 0, 0, 255, 9, 8, 7, 128, 128, 0, 50}));
+}
+
+TEST(Mask, OfPremultipliedColoursLeavesThem) {
+  const cf::Ref image = rgbImage(1, 1, {0, 9, 8, 7});
+  EXPECT_EQ(masked(image.get(), makeGrayImage(1, 1, {10}).get(), 1), (Bytes{10, 9, 8, 7}));
+}
+
+TEST(Mask, MultipliesEveryPairAsDefined) {
+  Bytes pixels, grays, expected;
+  for (int m = 0; m < 256; ++m) {
+    for (int v = 0; v < 256; ++v) {
+      for (int byte : {0, v, v, v}) pixels.push_back(static_cast<uint8_t>(byte));
+      grays.push_back(static_cast<uint8_t>(m));
+      const float a = static_cast<float>(m) / 255.0f;
+      const float scaled = ((static_cast<float>(v) / 255.0f) * a) * 255.0f;
+      const auto product =
+          static_cast<uint8_t>(static_cast<int>(std::floor(static_cast<double>(scaled) + 0.5)));
+      for (uint8_t byte : {static_cast<uint8_t>(m), product, product, product}) expected.push_back(byte);
+    }
+  }
+  const cf::Ref image = rgbImage(256, 256, pixels);
+  const cf::Ref mask = makeGrayImage(256, 256, grays);
+  EXPECT_EQ(masked(image.get(), mask.get(), 0), expected);
+}
+
+TEST(Mask, OfAGreyImagePromotesItToColour) {
+  const cf::Ref image = makeGrayImage(2, 1, {100, 200});
+  EXPECT_EQ(masked(image.get(), makeGrayImage(2, 1, {255, 0}).get(), 0),
+            (Bytes{255, 100, 100, 100, 0, 0, 0, 0}));
+  EXPECT_EQ(image->bitsPerPixel, 8u) << "the image itself is not changed";
+}
+
+TEST(Mask, InColourCountsAsItsGrey) {
+  const cf::Ref image = rgbImage(1, 1, {0, 255, 255, 255});
+  const cf::Ref mask = rgbImage(1, 1, {0, 0, 255, 0});
+  EXPECT_EQ(masked(image.get(), mask.get(), 1), (Bytes{150, 255, 255, 255}));
+}
+
+TEST(Mask, OfAnImageWithAlphaTakesItsColoursDivided) {
+  const cf::Ref image = makeARGBImage(1, 1, {128, 64, 64, 64});
+  EXPECT_EQ(masked(image.get(), makeGrayImage(1, 1, {255}).get(), 0), (Bytes{255, 128, 128, 128}));
+}
+
+TEST(Mask, WalksEachBufferWithItsOwnRows) {
+  const Bytes padded{0, 1, 2, 3, 9, 9, 9, 9, 0, 4, 5, 6, 9, 9, 9, 9};
+  const cf::Ref image = cf::adopt(DRAVCFImageCreateWithBuffer(
+      nullptr, padded.data(), 1, 2, 8, 32, 8, displaySpace().get(), kCGImageAlphaNoneSkipFirst));
+  EXPECT_EQ(masked(image.get(), makeGrayImage(1, 2, {255, 255}).get(), 0),
+            (Bytes{255, 1, 2, 3, 255, 4, 5, 6}));
+}
+
+TEST(Mask, FailingAnywhereGivesNothingOrTheWholeResult) {
+  const cf::Ref image = rgbImage(1, 1, {0, 9, 8, 7});
+  const cf::Ref mask = rgbImage(1, 1, {0, 255, 255, 255});
+  testing_support::forEachFailedAllocation([&](CFAllocatorRef allocator, long) {
+    const cf::Ref result =
+        cf::adopt(DRAVCFImageCreateWithImageAndMask(allocator, image.get(), mask.get(), 0));
+    if (result) EXPECT_EQ(bufferOf(result.get()), (Bytes{255, 9, 8, 7}));
+  });
+}
+
+}  // namespace
