@@ -11,10 +11,9 @@ namespace drav {
 // takes the rectangle's size with it.
 CGRect clippedToImage(CGRect rect, size_t width, size_t height) noexcept;
 
-// Whether a clipped rectangle has pixels at all: written so that NaN has none.
-inline bool hasPixels(const CGRect &rect) noexcept {
-  return CGRectGetWidth(rect) > 0 && CGRectGetHeight(rect) > 0;
-}
+// Whether a clipped rectangle has pixels at all; NaN has none. Beyond the image its size is negative, which
+// CGRectGetWidth would turn round.
+inline bool hasPixels(const CGRect &rect) noexcept { return rect.size.width > 0 && rect.size.height > 0; }
 
 // Where a walk begins and how far it goes. Only for rectangles whose numbers are pixels of some image.
 struct PixelArea {

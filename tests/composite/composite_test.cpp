@@ -112,7 +112,11 @@ void expectSame(DRAVCFImageRef found, DRAVCFImageRef expected) {
   EXPECT_EQ(found->bitsPerPixel, expected->bitsPerPixel);
   EXPECT_EQ(found->bytesPerRow, expected->bytesPerRow);
   EXPECT_EQ(found->cgImage != nullptr, expected->cgImage != nullptr);
-  EXPECT_EQ(bufferOf(found), bufferOf(expected));
+  const Bytes a = bufferOf(found), b = bufferOf(expected);
+  const auto at = std::mismatch(a.begin(), a.end(), b.begin(), b.end()).first - a.begin();
+  EXPECT_EQ(a == b, true) << "from byte " << at << " of " << a.size() << " in rows of " << found->bytesPerRow
+                          << " found " << (a == b ? 0 : a[static_cast<size_t>(at)]) << " not "
+                          << (a == b ? 0 : b[static_cast<size_t>(at)]);
 }
 
 struct Pair {
@@ -151,7 +155,7 @@ TEST(Composite, OfRandomImagesGivesTheBytesOfThePlainForm) {
     plainComposite(pair.source.get(), pair.expected.get(), sources, destinations, count, mode);
     expectSame(pair.destination.get(), pair.expected.get());
     EXPECT_EQ(bufferOf(pair.source.get()), sourceBefore) << "the source is never changed";
-    if (HasFailure()) FAIL() << "case " << i;
+    if (HasFailure()) FAIL() << "case " << i << " mode " << mode;
   }
 }
 
@@ -167,7 +171,7 @@ TEST(Tile, OfRandomImagesGivesTheBytesOfThePlainForm) {
     DRAVCFImageTile(pair.source.get(), pair.destination.get(), from, to, mode, corner);
     plainTile(pair.source.get(), pair.expected.get(), from, to, mode, corner);
     expectSame(pair.destination.get(), pair.expected.get());
-    if (HasFailure()) FAIL() << "case " << i;
+    if (HasFailure()) FAIL() << "case " << i << " mode " << mode;
   }
 }
 
@@ -184,7 +188,7 @@ TEST(Composite, OfAnImageWithItselfReadsWhatItWasBefore) {
     DRAVCFImageTile(image.get(), image.get(), from, to, mode, 2);
     plainTile(expected.get(), expected.get(), from, to, mode, 2);
     expectSame(image.get(), expected.get());
-    if (HasFailure()) FAIL() << "case " << i;
+    if (HasFailure()) FAIL() << "case " << i << " mode " << mode;
   }
 }
 

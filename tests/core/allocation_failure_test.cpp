@@ -14,13 +14,14 @@ const Bytes kPixels{255, 1, 2, 3, 128, 4, 5, 6};
 
 TEST(AllocationFailure, OfEveryCreationGivesNothing) {
   const cf::Ref space = displaySpace();
-  forEachFailedAllocation([&](CFAllocatorRef allocator, long) { cf::adopt(DRAVCFImageCreate(allocator)); });
+  forEachFailedAllocation(
+      [&](CFAllocatorRef allocator, long) { const cf::Ref image = cf::adopt(DRAVCFImageCreate(allocator)); });
   forEachFailedAllocation([&](CFAllocatorRef allocator, long) { makeARGBImage(2, 1, kPixels, allocator); });
   forEachFailedAllocation([&](CFAllocatorRef allocator, long) {
-    cf::adopt(DRAVCFImageCreateWithSize(allocator, CGSizeMake(4, 4), 1));
+    const cf::Ref made = cf::adopt(DRAVCFImageCreateWithSize(allocator, CGSizeMake(4, 4), 1));
   });
   forEachFailedAllocation([&](CFAllocatorRef allocator, long) {
-    cf::adopt(
+    const cf::Ref made = cf::adopt(
         DRAVCFContextCreate(allocator, 2, 2, nullptr, 8, 0, space.get(), kCGImageAlphaPremultipliedFirst));
   });
 }
@@ -29,7 +30,9 @@ TEST(AllocationFailure, OfACopyGivesNothingAndLeavesTheSource) {
   const cf::Ref source = makeARGBImage(2, 1, kPixels);
   forEachFailedAllocation([&](CFAllocatorRef allocator, long n) {
     const cf::Ref copy = cf::adopt(DRAVCFImageCreateCopy(allocator, source.get()));
-    if (copy) EXPECT_EQ(bufferOf(copy.get()), kPixels) << n;
+    if (copy) {
+      EXPECT_EQ(bufferOf(copy.get()), kPixels) << n;
+    }
     EXPECT_EQ(bufferOf(source.get()), kPixels);
   });
 }
@@ -41,7 +44,9 @@ TEST(AllocationFailure, OfACopyOfAPlatformImageNeverGivesOneWithoutPixels) {
   const cf::Ref source = cf::adopt(DRAVCFImageCreateWithImage(nullptr, cgImage.get()));
   forEachFailedAllocation([&](CFAllocatorRef allocator, long n) {
     const cf::Ref copy = cf::adopt(DRAVCFImageCreateCopy(allocator, source.get()));
-    if (copy) EXPECT_EQ(bufferOf(copy.get()), kPixels) << n;
+    if (copy) {
+      EXPECT_EQ(bufferOf(copy.get()), kPixels) << n;
+    }
   });
 }
 
@@ -71,10 +76,11 @@ TEST(AllocationFailure, OfPromotionFromABufferLosesThePixelsOnlyWithoutAPlatform
     const cf::Ref image = makeGrayImage(2, 1, {10, 20}, allocator);
     if (!image) return;
     DRAVCFImagePromoteImage(image.get(), 1, 0);
-    if (image->buffer)
+    if (image->buffer) {
       EXPECT_EQ(bufferOf(image.get()), (Bytes{255, 10, 10, 10, 255, 20, 20, 20})) << n;
-    else
+    } else {
       EXPECT_EQ(DRAVCFImageGetWidth(image.get()), image->cgImage ? 2u : 0u) << n;
+    }
   });
 }
 
@@ -82,7 +88,9 @@ TEST(AllocationFailure, OfThePlatformImageGivesNoneAndKeepsTheBuffer) {
   forEachFailedAllocation([&](CFAllocatorRef allocator, long n) {
     const cf::Ref image = makeARGBImage(2, 1, kPixels, allocator);
     if (!image) return;
-    if (!DRAVCFImageGetCGImage(image.get())) EXPECT_EQ(bufferOf(image.get()), kPixels) << n;
+    if (!DRAVCFImageGetCGImage(image.get())) {
+      EXPECT_EQ(bufferOf(image.get()), kPixels) << n;
+    }
   });
 }
 
@@ -93,7 +101,9 @@ TEST(AllocationFailure, OfUnificationLeavesNoHalfPromotedImage) {
     if (!b) return;
     DRAVCFImageUnifyImageFormats(a.get(), b.get());
     for (const auto &image : {a, b}) {
-      if (image->buffer) EXPECT_TRUE(drav::bufferIsWhole(image.get()));
+      if (image->buffer) {
+        EXPECT_TRUE(drav::bufferIsWhole(image.get()));
+      }
     }
   });
 }
@@ -120,7 +130,7 @@ TEST(AllocationFailure, OfADescriptionGivesNone) {
   const cf::Ref probe = makeARGBImage(2, 1, kPixels);
   forEachFailedAllocation([&](CFAllocatorRef allocator, long) {
     const cf::Ref image = makeARGBImage(2, 1, kPixels, allocator);
-    if (image) cf::adopt(DRAVCFImageCopyDebugDesc(image.get()));
+    const cf::Ref made = cf::adopt(image ? DRAVCFImageCopyDebugDesc(image.get()) : nullptr);
   });
 }
 

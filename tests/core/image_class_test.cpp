@@ -8,11 +8,12 @@ namespace {
 using namespace test;
 
 TEST(ImageClass, HasNoTypeIdentifierBeforeTheFirstImage) {
-  // In a process of its own, since any image made earlier would have registered the class.
+  // In a process of its own, run anew: any image made earlier would have registered the class.
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
   EXPECT_EXIT(
       {
         const bool none = DRAVCFImageGetTypeID() == 0 && kDRAVCFImageID == 0;
-        cf::adopt(DRAVCFImageCreate(nullptr));
+        const cf::Ref made = cf::adopt(DRAVCFImageCreate(nullptr));
         const bool some = DRAVCFImageGetTypeID() != 0 && kDRAVCFImageID == DRAVCFImageGetTypeID();
         std::_Exit(none && some ? 0 : 1);
       },
@@ -37,7 +38,7 @@ TEST(ImageClass, ANewImageHoldsNothing) {
 }
 
 TEST(ImageClass, TheClassRecordHoldsAllSevenCallbacks) {
-  cf::adopt(DRAVCFImageCreate(nullptr));
+  const cf::Ref made = cf::adopt(DRAVCFImageCreate(nullptr));
   const CFRuntimeClass *record = _CFRuntimeGetClassWithTypeID(kDRAVCFImageID);
   ASSERT_NE(record, nullptr);
   EXPECT_EQ(record->version, 0);

@@ -179,19 +179,27 @@ TEST(AlphaAllocation, FailingAnywhereGivesNothingOrTheWholeResult) {
   const cf::Ref gray = makeGrayImage(2, 1, {1, 2});
   forEachFailedAllocation([&](CFAllocatorRef allocator, long) {
     const cf::Ref copy = cf::adopt(DRAVCFImageCopyOpaqueImage(allocator, source.get()));
-    if (copy) EXPECT_EQ(bufferOf(copy.get()), (Bytes{1, 128, 128, 128, 1, 1, 2, 3}));
+    if (copy) {
+      EXPECT_EQ(bufferOf(copy.get()), (Bytes{1, 128, 128, 128, 1, 1, 2, 3}));
+    }
   });
   forEachFailedAllocation([&](CFAllocatorRef allocator, long) {
     const cf::Ref copy = cf::adopt(DRAVCFImageCopyPremultipliedOpaqueImage(allocator, source.get()));
-    if (copy) EXPECT_EQ(bufferOf(copy.get()), (Bytes{255, 64, 64, 64, 255, 1, 2, 3}));
+    if (copy) {
+      EXPECT_EQ(bufferOf(copy.get()), (Bytes{255, 64, 64, 64, 255, 1, 2, 3}));
+    }
   });
   forEachFailedAllocation([&](CFAllocatorRef allocator, long) {
     const cf::Ref copy = cf::adopt(DRAVCFImageCopyAlphaChannel(allocator, source.get()));
-    if (copy) EXPECT_EQ(bufferOf(copy.get()), (Bytes{128, 255}));
+    if (copy) {
+      EXPECT_EQ(bufferOf(copy.get()), (Bytes{128, 255}));
+    }
   });
   forEachFailedAllocation([&](CFAllocatorRef allocator, long) {
     const cf::Ref copy = cf::adopt(DRAVCFImageCopyAlphaChannel(allocator, gray.get()));
-    if (copy) EXPECT_EQ(bufferOf(copy.get()), (Bytes{255, 255}));
+    if (copy) {
+      EXPECT_EQ(bufferOf(copy.get()), (Bytes{255, 255}));
+    }
   });
   EXPECT_EQ(bufferOf(source.get()), (Bytes{128, 64, 64, 64, 255, 1, 2, 3}));
 }

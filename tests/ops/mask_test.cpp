@@ -85,7 +85,9 @@ TEST(Mask, FailingAnywhereGivesNothingOrTheWholeResult) {
   testing_support::forEachFailedAllocation([&](CFAllocatorRef allocator, long) {
     const cf::Ref result =
         cf::adopt(DRAVCFImageCreateWithImageAndMask(allocator, image.get(), mask.get(), 0));
-    if (result) EXPECT_EQ(bufferOf(result.get()), (Bytes{255, 9, 8, 7}));
+    if (result) {
+      EXPECT_EQ(bufferOf(result.get()), (Bytes{255, 9, 8, 7}));
+    }
   });
 }
 
