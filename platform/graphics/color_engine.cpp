@@ -127,7 +127,13 @@ cmsUInt32Number engineIntent(CGColorRenderingIntent intent) noexcept {
   }
 }
 
-// Without the one-pixel cache inside, a transform has no state, so that threads can share it.
+// Without the one-pixel cache inside, a transform has no state, so that threads can share it. Grey goes in by
+// tables of 256 entries alone: no need for the shortcut through a coarser table, which is up to 10 steps off
+// in the shadows.
+cmsUInt32Number flagsFor(PixelOrder from) noexcept {
+  return from == PixelOrder::gray ? cmsFLAGS_NOCACHE | cmsFLAGS_NOOPTIMIZE : cmsFLAGS_NOCACHE;
+}
+
 class EngineTransform final : public ColorTransform {
  public:
   static std::shared_ptr<const ColorTransform> make(ColorEnd from, ColorEnd to,
@@ -136,7 +142,7 @@ class EngineTransform final : public ColorTransform {
     if (!source || !target) return nullptr;
     auto made = std::make_shared<EngineTransform>();
     made->handle_ = cmsCreateTransformTHR(engineContext(), source.get(), formatOf(from.order), target.get(),
-                                          formatOf(to.order), engineIntent(intent), cmsFLAGS_NOCACHE);
+                                          formatOf(to.order), engineIntent(intent), flagsFor(from.order));
     if (!made->handle_) return nullptr;
     return made;
   }
