@@ -23,6 +23,7 @@ struct AxisMap {
 // last sample repeat.
 struct AxisFilter {
   size_t outputs = 0, taps = 0;
+  bool reduces = false;         // whether outputs lie wider apart than samples
   std::vector<uint32_t> first;  // for each output, the sample that its weights begin at
   std::vector<float> weights;   // taps for each output, with the sum 1
 

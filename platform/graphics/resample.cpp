@@ -136,7 +136,7 @@ void resample(RowReader &source, const Resampling &plan, RowSink &sink) {
   if (plan.across.outputs == 0 || plan.down.outputs == 0) return;
   if (std::max(plan.across.taps, plan.down.taps) > kMostFixedTaps) {
     resampleWide(source, plan, sink);
-  } else if (plan.down.endSample() - plan.down.firstSample() > plan.down.outputs) {
+  } else if (plan.down.reduces) {
     DownFirst(source, plan).run(sink);
   } else {
     AcrossFirst(source, plan).run(sink);
