@@ -81,13 +81,15 @@ TEST(ColorMatchListEqual, OptionsComponentsAndNumberOfEntriesMatter) {
 }
 TEST(ColorMatchListEqual, EveryPartOfAnEntryMatters) {
   const List list = listOf(0, 4, {kGrey});
-  std::vector<Entry> others(6, kGrey);
+  std::vector<Entry> others(8, kGrey);
   others[0].options |= 0x100;
   others[1].tests[3].matchMode = 9;
   others[2].tests[3].target = 1;
   others[3].tests[3].range = 1;
   others[4].replacement[0] = 0;
   others[5].replacement[3] = 0;
+  others[6].tests[3].range = -0.0F;
+  others[7].replacement[3] = -1;
   for (const Entry &other : others) EXPECT_FALSE(equal(list, listOf(0, 4, {other})));
 }
 TEST(ColorMatchListEqual, TestsBeyondTheComparedOnesDoNotMatter) {

@@ -107,6 +107,24 @@ TEST(HSVToRGB, EachSextantPlacesItsThreeValues) {
     EXPECT_EQ(rgb[static_cast<size_t>(sextant.other)], sextant.isQ ? q : t) << h;
   }
 }
+TEST(HSVToRGB, TheSextantIsFoundInDoublePrecision) {
+  std::mt19937 random(5);
+  std::uniform_real_distribution<float> hue(0.0F, 59.0F);
+  int differing = 0;
+  for (int i = 0; i < 1000; ++i) {
+    const float h = hue(random);
+    const auto f = static_cast<float>(static_cast<double>(h) / 60.0);
+    ASSERT_EQ(rgbOf({h, 0, 0}), (Color{h, (1.0F - (1.0F - f) * h) * h, (1.0F - h) * h})) << h;
+  }
+  std::uniform_real_distribution<float> later(60.0F, 119.0F);
+  for (int i = 0; i < 1000; ++i) {
+    const float h = later(random);
+    const auto f = static_cast<float>(static_cast<double>(h) / 60.0 - 1.0);
+    ASSERT_EQ(rgbOf({h, 0, 0}), (Color{(1.0F - h * f) * h, h, (1.0F - h) * h})) << h;
+    differing += h / 60.0F - 1.0F != f;
+  }
+  EXPECT_GT(differing, 100);
+}
 TEST(HSVToRGB, AHueOutsideTheCircleIsBlack) {
   const float inf = std::numeric_limits<float>::infinity();
   for (const float hue :
