@@ -7,7 +7,6 @@
 
 #include <array>
 #include <climits>
-#include <cmath>
 #include <cstddef>
 #include <cstdint>
 
@@ -16,13 +15,17 @@ namespace drav {
 // A true division: multiplying by a rounded reciprocal gives another float for some bytes.
 inline float unitFromByte(uint8_t byte) noexcept { return static_cast<float>(byte) / 255.0F; }
 
-// The scaled component as a whole number, halves away from zero. What no long can hold has no portable result
-// from lroundf, so it is settled here: NaN is 0, anything else is the nearest long.
+// The component times 255 as a whole number, halves away from zero: what lroundf gives, written out so that
+// it inlines (the fraction is exact). What no long can hold has no portable result from lroundf; here NaN is
+// 0, and anything else the nearest long.
 inline long roundedComponent(float component) noexcept {
   const float scaled = component * 255.0F;
   if (scaled >= static_cast<float>(LONG_MAX)) return LONG_MAX;
   if (scaled <= static_cast<float>(LONG_MIN)) return LONG_MIN;
-  return std::isnan(scaled) ? 0 : std::lroundf(scaled);
+  if (scaled != scaled) return 0;
+  const auto whole = static_cast<long>(scaled);
+  const float fraction = scaled - static_cast<float>(whole);
+  return whole + (fraction >= 0.5F ? 1 : 0) - (fraction <= -0.5F ? 1 : 0);
 }
 
 // A rounded component as a byte; only the low 16 bits are looked at before the clamp.

@@ -46,13 +46,7 @@ concept ValidOnly = requires {
 
 template <class Mode>
 HWY_INLINE Outcome combineARGB(Bytes s, Bytes d) {
-  if constexpr (Mode::onAlpha == Effect::clear) {
-    return certain(hn::Zero(D8()));
-  } else if constexpr (Mode::onAlpha == Effect::copy) {
-    return certain(s);
-  } else if constexpr (Mode::onAlpha == Effect::keep) {
-    return certain(d);
-  } else if constexpr (Guess<Mode>::exists) {
+  if constexpr (Guess<Mode>::exists) {
     const Guessed guessed = guessARGB<Mode>(s, d);
     return {hn::BitCast(D8(), guessed.bytes),
             hn::Or(guessed.doubtful(Guess<Mode>::least), invalidPixels(s, d))};
@@ -69,8 +63,6 @@ HWY_INLINE Outcome combineOpaque(Bytes s, Bytes d) {
     return certain(hn::Set(D8(), uint8_t{255}));
   } else if constexpr (Mode::onOpaque == Effect::copy) {
     return certain(s);
-  } else if constexpr (Mode::onOpaque == Effect::keep) {
-    return certain(d);
   } else if constexpr (CertainOpaque<Mode>) {
     return certain(hn::BitCast(D8(), guessOpaque<Mode>(s, d).bytes));
   } else if constexpr (Guess<Mode>::exists) {
@@ -83,11 +75,14 @@ HWY_INLINE Outcome combineOpaque(Bytes s, Bytes d) {
 
 template <PixelFormat Format, class Mode>
 HWY_INLINE Outcome combine(Bytes s, Bytes d) {
-  if constexpr (Format == PixelFormat::argb) return combineARGB<Mode>(s, d);
-  Outcome outcome = combineOpaque<Mode>(s, d);
-  if constexpr (Format == PixelFormat::xrgb)
-    outcome.bytes = hn::IfThenElse(hn::MaskFromVec(colourBytes()), outcome.bytes, d);
-  return outcome;
+  if constexpr (Format == PixelFormat::argb) {
+    return combineARGB<Mode>(s, d);
+  } else {
+    Outcome outcome = combineOpaque<Mode>(s, d);
+    if constexpr (Format == PixelFormat::xrgb)
+      outcome.bytes = hn::IfThenElse(hn::MaskFromVec(colourBytes()), outcome.bytes, d);
+    return outcome;
+  }
 }
 
 template <PixelFormat Format, class Mode>
@@ -194,10 +189,25 @@ HWY_INLINE void wholeVectors(const uint8_t *source, uint8_t *destination, size_t
 }
 
 template <PixelFormat Format, class Mode>
-void row(const uint8_t *source, uint8_t *destination, size_t pixels) noexcept {
-  const size_t bytes = pixels * bytesPerPixel(Format), vectors = bytes / hn::Lanes(D8());
+inline constexpr Effect effectOf = Format == PixelFormat::argb ? Mode::onAlpha : Mode::onOpaque;
+
+// Whether a row is cleared, copied or kept whole. Byte 0 of a pixel without alpha is in the way of the first
+// two.
+template <PixelFormat Format, class Mode>
+inline constexpr bool isWholeRow = effectOf<Format, Mode> == Effect::keep ||
+                                   (effectOf<Format, Mode> != Effect::compute && Format != PixelFormat::xrgb);
+
+template <PixelFormat Format, class Mode>
+HWY_INLINE void wholeRow(const uint8_t *source, uint8_t *destination, size_t bytes) {
+  if constexpr (effectOf<Format, Mode> == Effect::clear)
+    std::memset(destination, Format == PixelFormat::argb ? 0 : 255, bytes);
+  if constexpr (effectOf<Format, Mode> == Effect::copy) std::memmove(destination, source, bytes);
+}
+
+template <PixelFormat Format, class Mode>
+void vectorRow(const uint8_t *source, uint8_t *destination, size_t bytes) noexcept {
+  const size_t vectors = bytes / hn::Lanes(D8()), at = vectors * hn::Lanes(D8());
   wholeVectors<Format, Mode>(source, destination, vectors);
-  const size_t at = vectors * hn::Lanes(D8());
   if (at == bytes) return;
   // The rest, in the middle of nothing: zeros are valid pixels.
   HWY_ALIGN uint8_t s[HWY_MAX_BYTES] = {}, d[HWY_MAX_BYTES] = {};
@@ -205,6 +215,14 @@ void row(const uint8_t *source, uint8_t *destination, size_t pixels) noexcept {
   std::memcpy(d, destination + at, bytes - at);
   wholeVectors<Format, Mode>(s, d, 1);
   std::memcpy(destination + at, d, bytes - at);
+}
+
+template <PixelFormat Format, class Mode>
+void row(const uint8_t *source, uint8_t *destination, size_t pixels) noexcept {
+  if constexpr (isWholeRow<Format, Mode>)
+    wholeRow<Format, Mode>(source, destination, pixels * bytesPerPixel(Format));
+  else
+    vectorRow<Format, Mode>(source, destination, pixels * bytesPerPixel(Format));
 }
 
 template <PixelFormat Format, class... Mode>

@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <bit>
+#include <cmath>
 #include <limits>
 
 namespace {
@@ -83,6 +85,21 @@ TEST(Conversions, HalvesRoundAwayFromZero) {
   FloatARGBToIntARGB(floats, pixel);
   EXPECT_EQ(pixel[0], 128);
   EXPECT_EQ(pixel[1], 128) << "-128 wraps";
+}
+
+TEST(Conversions, RoundingIsThatOfTheMathematicsLibrary) {
+  // Every 997th float from the smallest to those beyond 32 bits, and the neighbours of every half.
+  for (uint32_t bits = 0; bits < 0x50000000U; bits += 997) {
+    const float value = std::bit_cast<float>(bits);
+    ASSERT_EQ(roundedComponent(value), std::lroundf(value * 255.0F)) << value;
+    ASSERT_EQ(roundedComponent(-value), std::lroundf(-value * 255.0F)) << -value;
+  }
+  for (int half = -1023; half < 1024; half += 2) {
+    float value = static_cast<float>(half) / 510.0F;
+    for (int step = 0; step < 5; ++step) value = std::nextafter(value, -kInfinity);
+    for (int step = 0; step < 11; ++step, value = std::nextafter(value, kInfinity))
+      ASSERT_EQ(roundedComponent(value), std::lroundf(value * 255.0F)) << value;
+  }
 }
 
 TEST(Conversions, ClampedStoreLooksAtTheLowSixteenBits) {
