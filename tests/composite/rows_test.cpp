@@ -92,8 +92,8 @@ TEST_P(Rows, AlphaGivesTheKernelsPixelForTenMillionRandomPixels) {
     }
 }
 
-// Every alpha, source and destination colour there is, 2^32 of them, for every mode: about ten minutes. Run
-// it when a formula or its vector form changes: --gtest_also_run_disabled_tests
+// Every alpha, source and destination colour there is, 2^32 of them, for every mode: up to an hour for each
+// processor's rows. Run it when a formula or its vector form changes: --gtest_also_run_disabled_tests
 // --gtest_filter=*EveryPixelThereIs*
 TEST_P(Rows, DISABLED_AlphaGivesTheKernelsPixelForEveryPixelThereIs) {
   Bytes s, d;
