@@ -43,7 +43,13 @@ bool isWrittenGrey(CGImageRef image, AlphaSupport support) noexcept {
   return isGrey(CGImageGetColorSpace(image)) && (support == AlphaSupport::none || !cg::imageHasAlpha(image));
 }
 
-RowForm formOf(bool grey, bool overWhite) noexcept {
+bool isPremultiplied(CGImageRef image) noexcept {
+  const CGImageAlphaInfo info = CGImageGetAlphaInfo(image);
+  return info == kCGImageAlphaPremultipliedFirst || info == kCGImageAlphaPremultipliedLast;
+}
+
+RowForm formOf(bool grey, bool overWhite, bool premultiplied) noexcept {
+  if (premultiplied) return RowForm::argbPremultiplied;
   if (overWhite) return grey ? RowForm::grayAlphaPremultiplied : RowForm::argbPremultiplied;
   return grey ? RowForm::gray : RowForm::rgbaStraight;
 }
@@ -71,6 +77,15 @@ void composeColour(const uint8_t *argb, uint8_t *rgbx, size_t pixels) noexcept {
   }
 }
 
+void putAlphaLast(const uint8_t *argb, uint8_t *rgba, size_t pixels) noexcept {
+  for (size_t i = 0; i < pixels; ++i, argb += 4, rgba += 4) {
+    rgba[0] = argb[1];
+    rgba[1] = argb[2];
+    rgba[2] = argb[3];
+    rgba[3] = argb[0];
+  }
+}
+
 }  // namespace
 
 std::unique_ptr<ExportRows> ExportRows::make(CGImageRef image, AlphaSupport support) {
@@ -80,6 +95,7 @@ std::unique_ptr<ExportRows> ExportRows::make(CGImageRef image, AlphaSupport supp
   const bool grey = isWrittenGrey(image, support);
   const bool alpha = cg::imageHasAlpha(image);
   const bool onWhite = alpha && support == AlphaSupport::none;
+  const bool keptPremultiplied = alpha && support == AlphaSupport::asStored && isPremultiplied(image);
   const auto space = fileSpace(CGImageGetColorSpace(image), grey);
   if (!space) return nullptr;
 
@@ -87,12 +103,14 @@ std::unique_ptr<ExportRows> ExportRows::make(CGImageRef image, AlphaSupport supp
   rows->width_ = static_cast<uint32_t>(width);
   rows->height_ = static_cast<uint32_t>(height);
   rows->layout_ = layoutOf(grey, alpha && !onWhite);
-  rows->form_ = formOf(grey, onWhite);
+  rows->form_ = formOf(grey, onWhite, keptPremultiplied);
   rows->profile_ = cf::adopt(CGColorSpaceCopyICCProfile(space.get()));
   const cg::Resolution resolution = cg::imageResolution(image);
   rows->resolution_ = {resolution.x, resolution.y};
   rows->reader_ = cg::RowReader::make(image, space.get(), rows->form_);
-  if (onWhite) rows->premultiplied_ = std::make_unique<uint8_t[]>(width * bytesPerPixel(rows->form_));
+  rows->onWhite_ = onWhite;
+  if (onWhite || keptPremultiplied)
+    rows->premultiplied_ = std::make_unique<uint8_t[]>(width * bytesPerPixel(rows->form_));
   if (!rows->reader_) return nullptr;
   return rows;
 }
@@ -119,7 +137,9 @@ bool ExportRows::copyRow(uint32_t y, uint8_t *out) noexcept {
     return true;
   }
   reader_->read(y, 0, width_, premultiplied_.get());
-  if (form_ == RowForm::argbPremultiplied) {
+  if (!onWhite_) {
+    putAlphaLast(premultiplied_.get(), out, width_);
+  } else if (form_ == RowForm::argbPremultiplied) {
     composeColour(premultiplied_.get(), out, width_);
   } else {
     composeGrey(premultiplied_.get(), out, width_);

@@ -28,7 +28,8 @@ class ExportRows {
   codecs::Resolution resolution_;
   cf::Ref<CFDataRef> profile_;
   std::unique_ptr<cg::RowReader> reader_;
-  std::unique_ptr<uint8_t[]> premultiplied_;  // one row, when the image is composed over white
+  bool onWhite_ = false;                      // composed over white
+  std::unique_ptr<uint8_t[]> premultiplied_;  // one row, when the image is read premultiplied
 };
 
 }  // namespace media

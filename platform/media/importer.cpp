@@ -45,6 +45,14 @@ codecs::Fault decodeOnce(Importer &importer) noexcept {
   return importer.fault;
 }
 
+// Pictures that make no sense have an error number of their own.
+ComponentResult errorOf(const Importer &importer, codecs::Fault fault) noexcept {
+  const ComponentResult error = errorFor(fault);
+  return error == codecBadDataErr && &importer.codec() == &codecs::kPictCodec
+             ? ComponentResult{pictureDataErr}
+             : error;
+}
+
 Fixed toFixed(double dotsPerInch) noexcept {
   return dotsPerInch > 0 && dotsPerInch < 32767 ? static_cast<Fixed>(std::lround(dotsPerInch * 65536)) : 0;
 }
@@ -71,7 +79,8 @@ ComponentResult setData(void *self, const uint8_t *bytes, size_t size) {
 
 ComponentResult getDescription(void *self, ImageDescription *description) {
   Importer &importer = stateOf(self);
-  if (const codecs::Fault fault = decodeOnce(importer); fault != codecs::Fault::none) return errorFor(fault);
+  if (const codecs::Fault fault = decodeOnce(importer); fault != codecs::Fault::none)
+    return errorOf(importer, fault);
   const codecs::DecodedImage &image = importer.image;
   description->width = static_cast<int16_t>(image.width);
   description->height = static_cast<int16_t>(image.height);
@@ -83,7 +92,8 @@ ComponentResult getDescription(void *self, ImageDescription *description) {
 
 ComponentResult getProfile(void *self, Handle *profile) {
   Importer &importer = stateOf(self);
-  if (const codecs::Fault fault = decodeOnce(importer); fault != codecs::Fault::none) return errorFor(fault);
+  if (const codecs::Fault fault = decodeOnce(importer); fault != codecs::Fault::none)
+    return errorOf(importer, fault);
   const auto &bytes = importer.image.profile;
   if (bytes.empty()) return noErr;
   return PtrToHand(bytes.data(), profile, static_cast<Size>(bytes.size()));
@@ -98,7 +108,8 @@ AlphaStyle alphaStyleOf(OSType subType) noexcept {
 
 ComponentResult draw(void *self, const OffscreenWorld *world) {
   Importer &importer = stateOf(self);
-  if (const codecs::Fault fault = decodeOnce(importer); fault != codecs::Fault::none) return errorFor(fault);
+  if (const codecs::Fault fault = decodeOnce(importer); fault != codecs::Fault::none)
+    return errorOf(importer, fault);
   drawInto(*world, importer.image, alphaStyleOf(importer.table->subType));
   return noErr;
 }

@@ -66,6 +66,7 @@ struct EncodeSource {
 // What an encoder can take; the exporter brings the image into that form.
 enum class AlphaSupport : uint8_t {
   straight,  // writes alpha beside straight colour
+  asStored,  // writes alpha beside colour, in whichever way the image has them
   none,      // the image is composed over white first
 };
 
@@ -85,7 +86,7 @@ struct CodecRecord {
 };
 
 // As many first bytes as any codec looks at.
-inline constexpr size_t kHeadBytes = 1024;
+inline constexpr size_t kHeadBytes = 2048;
 
 constexpr uint32_t fourCharacterCode(const char (&text)[5]) noexcept {
   uint32_t code = 0;

@@ -6,7 +6,7 @@
 namespace codecs {
 namespace {
 
-constexpr std::array<const CodecRecord *, 2> kCodecs{&kPngCodec, &kJpegCodec};
+constexpr std::array<const CodecRecord *, 3> kCodecs{&kPngCodec, &kJpegCodec, &kPictCodec};
 
 }  // namespace
 

@@ -7,6 +7,7 @@ namespace codecs {
 
 extern const CodecRecord kPngCodec;
 extern const CodecRecord kJpegCodec;
+extern const CodecRecord kPictCodec;
 
 // Every codec, in the order in which equal scores are decided.
 std::span<const CodecRecord *const> all() noexcept;

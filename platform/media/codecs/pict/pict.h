@@ -1,0 +1,19 @@
+// The two halves of the PICT codec.
+#pragma once
+
+#include "media/codecs/codec.h"
+
+namespace codecs {
+
+int scorePict(Bytes head) noexcept;
+
+// Versions 1 and 2, with or without the 512 bytes that files have in front. The canvas has one pixel for
+// each unit of the drawing rectangle and starts white. A picture that is damaged or cut off anywhere
+// before its end fails; only the end mark may be missing.
+Result<DecodedImage> decodePict(Bytes file, const CGImageDecodeLimits &limits) noexcept;
+
+// A version 2 picture of one image in direct pixels, three components or, with alpha, four, behind 512
+// blank bytes. unsupported above 32,767 pixels a side, which is as far as coordinates reach.
+Fault encodePict(const EncodeSource &source, std::vector<uint8_t> &file) noexcept;
+
+}  // namespace codecs

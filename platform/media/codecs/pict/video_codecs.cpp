@@ -1,0 +1,45 @@
+#include "media/codecs/pict/video_codecs.h"
+
+#include <algorithm>
+#include <new>
+
+#include "media/codecs/frame.h"
+
+namespace codecs::pict {
+namespace {
+
+struct Named {
+  uint32_t codec;
+  FrameDecoder decode;
+};
+
+constexpr std::array kDecoders = std::to_array<Named>({
+    {fourCharacterCode("raw "), decodeRaw},
+    {fourCharacterCode("rle "), decodeRle},
+});
+
+Fault decodeInto(FrameDecoder decode, const ImageDescription &description, Bytes data,
+                 DecodedImage &image) noexcept {
+  try {
+    std::fill_n(pixelRow(image, 0), size_t{image.width} * image.height, kBlack);
+    return decode(description, data, image);
+  } catch (const std::bad_alloc &) {
+    return Fault::noMemory;
+  }
+}
+
+}  // namespace
+
+Result<DecodedImage> decodeVideoFrame(const ImageDescription &description, Bytes data,
+                                      const CGImageDecodeLimits &limits) noexcept {
+  const auto *found = std::ranges::find(kDecoders, description.codec, &Named::codec);
+  if (found == kDecoders.end()) return Fault::unsupported;
+  DecodedImage image;
+  Fault fault = makeFrame(image, description.width, description.height, PixelLayout::xrgb32, limits);
+  if (fault == Fault::none) fault = decodeInto(found->decode, description, data, image);
+  if (fault != Fault::none) return fault;
+  image.depth = 24;
+  return image;
+}
+
+}  // namespace codecs::pict
