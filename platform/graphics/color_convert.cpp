@@ -4,6 +4,7 @@
 
 #include "graphics/alpha_math.h"
 #include "graphics/color_space.h"
+#include "graphics/pixel_words.h"
 
 namespace cg {
 namespace {
@@ -33,8 +34,13 @@ void mixInks(uint8_t *pixels, std::size_t count, PixelOrder order) noexcept {
 }
 
 void weighColors(const uint8_t *pixels, uint8_t *out, std::size_t count, PixelOrder order) noexcept {
-  const uint8_t *color = pixels + firstColor(order);
-  for (std::size_t i = 0; i < count; ++i, color += 4) out[i] = grayOf(color[0], color[1], color[2]);
+  const std::size_t first = firstColor(order);
+  const int red = shiftOfByte(first), green = shiftOfByte(first + 1), blue = shiftOfByte(first + 2);
+  for (std::size_t i = 0; i < count; ++i) {
+    const uint32_t pixel = loadWord(pixels + 4 * i);
+    out[i] = grayOf(static_cast<uint8_t>(pixel >> red), static_cast<uint8_t>(pixel >> green),
+                    static_cast<uint8_t>(pixel >> blue));
+  }
 }
 
 }  // namespace

@@ -50,9 +50,10 @@ class ColorConverter {
   std::shared_ptr<const ColorTransform> transform_;
 };
 
-// round(0.30 r + 0.59 g + 0.11 b)
+// round(0.30 r + 0.59 g + 0.11 b). The product and shift are a division by 100 for every sum that occurs, and
+// stay within 32 bits where the compiler's own division would not.
 constexpr uint8_t grayOf(uint8_t r, uint8_t g, uint8_t b) noexcept {
-  return static_cast<uint8_t>((30U * r + 59U * g + 11U * b + 50U) / 100U);
+  return static_cast<uint8_t>((30U * r + 59U * g + 11U * b + 50U) * 5243U >> 19);
 }
 
 }  // namespace cg

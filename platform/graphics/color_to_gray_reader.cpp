@@ -2,7 +2,7 @@
 #include <algorithm>
 #include <new>
 
-#include "graphics/alpha_math.h"
+#include "graphics/pixel_unpacker.h"
 #include "graphics/row_readers.h"
 
 namespace cg {
@@ -12,14 +12,14 @@ constexpr std::size_t kChunk = 512;
 
 class ColorToGrayReader final : public RowReader {
  public:
-  explicit ColorToGrayReader(RowTask task) noexcept : task_(std::move(task)) {
-    // The weights are for values as they are stored, premultiplied or not; a profile needs them straight.
-    // Without alpha in the result there is nothing to be multiplied by.
-    const bool isPremultiplied = task_.layout.isPremultiplied();
-    const bool weighsStored = task_.converter.isLinear() && task_.form != RowForm::gray;
-    unpackStep_ = isPremultiplied && !weighsStored ? AlphaStep::divide : AlphaStep::keep;
-    lastStep_ = alphaStep(isPremultiplied && weighsStored, wantsPremultiplied(task_.form));
-  }
+  // The weights are for values as they are stored, premultiplied or not; a profile needs them straight, and
+  // so does a result that has no alpha.
+  explicit ColorToGrayReader(RowTask task) noexcept
+      : task_(std::move(task)),
+        unpacker_(task_.layout, task_.image->layout, true,
+                  alphaStep(task_.layout.isPremultiplied(), staysPremultiplied())),
+        lastStep_(task_.layout.hasAlpha() ? alphaStep(staysPremultiplied(), wantsPremultiplied(task_.form))
+                                          : AlphaStep::keep) {}
 
   const uint8_t *rowInPlace(std::size_t) const noexcept override { return nullptr; }
 
@@ -34,14 +34,23 @@ class ColorToGrayReader final : public RowReader {
   }
 
  private:
+  [[nodiscard]] bool staysPremultiplied() const noexcept {
+    return task_.layout.isPremultiplied() && task_.converter.isLinear() && task_.form != RowForm::gray;
+  }
+
   void readChunk(const uint8_t *row, std::size_t first, std::size_t count, uint8_t *out) const noexcept {
-    uint8_t pixels[kChunk * 4], grays[kChunk], alpha[kChunk];
-    const std::size_t firstColor = task_.layout.colors() == 3 ? 1 : 0;
-    task_.layout.read(row, first, count, unpackStep_, pixels + firstColor, 4, alpha, 1);
-    if (task_.form == RowForm::gray) {
+    uint8_t pixels[kChunk * 4];
+    unpacker_.unpack(row, first, count, pixels);
+    if (task_.form == RowForm::gray)
       task_.converter.convert(pixels, out, count);
-      return;
-    }
+    else
+      writeGrayAlpha(pixels, count, out);
+  }
+
+  void writeGrayAlpha(uint8_t *pixels, std::size_t count, uint8_t *out) const noexcept {
+    uint8_t grays[kChunk], alpha[kChunk];
+    const bool areInks = task_.layout.colors() == 4;
+    for (std::size_t i = 0; i < count; ++i) alpha[i] = areInks ? uint8_t{255} : pixels[4 * i];
     task_.converter.convert(pixels, grays, count);
     stepPlane(lastStep_, grays, alpha, count);
     for (std::size_t i = 0; i < count; ++i) {
@@ -51,7 +60,8 @@ class ColorToGrayReader final : public RowReader {
   }
 
   RowTask task_;
-  AlphaStep unpackStep_ = AlphaStep::keep, lastStep_ = AlphaStep::keep;
+  PixelUnpacker unpacker_;
+  AlphaStep lastStep_;
 };
 
 }  // namespace

@@ -32,17 +32,25 @@ uint32_t scaled(double least, double greatest, double portion, uint32_t limit) n
 // A component of 16 bits as one of 8, rounded once.
 uint32_t narrowed(uint32_t value) noexcept { return (value + 128) / 257; }
 
-uint32_t stepped(AlphaStep step, uint32_t value, uint32_t alpha) noexcept {
-  switch (step) {
-    case AlphaStep::multiply: {
-      constexpr uint64_t kWhole = uint64_t{65535} * 65535;
-      return static_cast<uint32_t>((uint64_t{value} * alpha * 255 + kWhole / 2) / kWhole);
-    }
-    case AlphaStep::divide:
-      return alpha == 0 ? 0 : std::min((value * 510ULL + alpha) / (2ULL * alpha), 255ULL) & 0xFF;
-    default:
-      return narrowed(value);
+template <AlphaStep kStep>
+uint32_t stepped(uint32_t value, uint32_t alpha) noexcept {
+  if constexpr (kStep == AlphaStep::multiply) {
+    constexpr uint64_t kWhole = uint64_t{65535} * 65535;
+    return static_cast<uint32_t>((uint64_t{value} * alpha * 255 + kWhole / 2) / kWhole);
+  } else if constexpr (kStep == AlphaStep::divide) {
+    return alpha == 0 ? 0 : std::min((value * 510 + alpha) / (2 * alpha), 255U);
+  } else {
+    return narrowed(value);
   }
+}
+
+// The same where both are 8 bits already.
+template <std::size_t kColors>
+void stepBytes(AlphaStep step, uint8_t *colors, std::size_t stride, const uint8_t *alpha,
+               std::size_t alphaStride, std::size_t count) noexcept {
+  for (std::size_t i = 0; i < count; ++i, colors += stride, alpha += alphaStride)
+    for (std::size_t c = 0; c < kColors; ++c)
+      colors[c] = step == AlphaStep::multiply ? multiply(colors[c], *alpha) : divide(colors[c], *alpha);
 }
 
 }  // namespace
@@ -53,6 +61,7 @@ SampleLayout::SampleLayout(const CGImage &image) noexcept
     : bitsPerComponent_(image.layout.bitsPerComponent),
       bitsPerPixel_(image.layout.bitsPerPixel),
       byteFlip_(byteFlipOf(image.layout.byteOrder())),
+      straddlesBytes_(bitsPerPixel_ % bitsPerComponent_ != 0),
       hasDecode_(image.hasDecode),
       decode_(image.decode) {
   const CGImageAlphaInfo info = image.layout.alphaInfo();
@@ -84,7 +93,10 @@ void SampleLayout::fillMeanings(const CGImage &image) noexcept {
 }
 
 uint32_t SampleLayout::bitsAt(const uint8_t *row, std::size_t bit) const noexcept {
-  // Components of 1, 2 and 4 bits may lie across two bytes where a pixel has an odd number of bits.
+  if (!straddlesBytes_) {
+    const uint32_t byte = row[(bit / 8) ^ byteFlip_];
+    return byte >> (8 - bitsPerComponent_ - bit % 8) & ((1U << bitsPerComponent_) - 1);
+  }
   uint32_t value = 0;
   for (std::size_t at = bit; at < bit + bitsPerComponent_; ++at)
     value = value << 1 | (row[(at / 8) ^ byteFlip_] >> (7 - at % 8) & 1U);
@@ -101,59 +113,111 @@ uint32_t SampleLayout::decodedWord(std::size_t color, uint32_t value) const noex
                 65535.0 * static_cast<double>(decode_[2 * color + 1]), value / 65535.0, 65535);
 }
 
-void SampleLayout::readBytes(const uint8_t *row, std::size_t first, std::size_t count, uint8_t *colors,
-                             std::size_t stride, uint8_t *alpha, std::size_t alphaStride) const noexcept {
-  const std::size_t step = bytesPerPixel();
-  for (std::size_t i = 0; i < count; ++i, colors += stride, alpha += alphaStride) {
-    const std::size_t pixel = (first + i) * step;
-    for (std::size_t c = 0; c < colors_; ++c)
-      colors[c] = meanings_[c][row[(pixel + firstColor_ + c) ^ byteFlip_]];
-    *alpha = hasAlpha_ ? row[(pixel + alphaAt_) ^ byteFlip_] : 255;
+template <std::size_t kColors>
+void SampleLayout::readBytes(const uint8_t *row, std::size_t first, std::size_t count,
+                             Target to) const noexcept {
+  const std::size_t pixelBytes = bytesPerPixel();
+  for (std::size_t i = 0; i < count; ++i, to.colors += to.stride, to.alpha += to.alphaStride) {
+    const std::size_t pixel = (first + i) * pixelBytes;
+    for (std::size_t c = 0; c < kColors; ++c)
+      to.colors[c] = meanings_[c][row[(pixel + firstColor_ + c) ^ byteFlip_]];
+    *to.alpha = hasAlpha_ ? row[(pixel + alphaAt_) ^ byteFlip_] : uint8_t{255};
   }
 }
 
-void SampleLayout::readBits(const uint8_t *row, std::size_t first, std::size_t count, uint8_t *colors,
-                            std::size_t stride, uint8_t *alpha, std::size_t alphaStride) const noexcept {
+// Pixels that are one component each.
+template <std::size_t kDepth>
+void SampleLayout::readPacked(const uint8_t *row, std::size_t first, std::size_t count,
+                              uint8_t *values) const noexcept {
+  constexpr std::size_t kPixels = 8 / kDepth;
+  for (std::size_t i = 0; i < count; ++i) {
+    const std::size_t x = first + i;
+    const uint32_t byte = row[(x / kPixels) ^ byteFlip_];
+    values[i] = meanings_[0][byte >> (8 - kDepth - x % kPixels * kDepth) & ((1U << kDepth) - 1)];
+  }
+}
+
+template <std::size_t kColors>
+void SampleLayout::readBits(const uint8_t *row, std::size_t first, std::size_t count,
+                            Target to) const noexcept {
   const std::size_t depth = bitsPerComponent_;
   const uint32_t toByte = 255U / ((1U << depth) - 1);
-  for (std::size_t i = 0; i < count; ++i, colors += stride, alpha += alphaStride) {
+  for (std::size_t i = 0; i < count; ++i, to.colors += to.stride, to.alpha += to.alphaStride) {
     const std::size_t pixel = (first + i) * bitsPerPixel_;
-    for (std::size_t c = 0; c < colors_; ++c)
-      colors[c] = meanings_[c][bitsAt(row, pixel + (firstColor_ + c) * depth)];
-    *alpha = hasAlpha_ ? static_cast<uint8_t>(bitsAt(row, pixel + alphaAt_ * depth) * toByte) : uint8_t{255};
+    for (std::size_t c = 0; c < kColors; ++c)
+      to.colors[c] = meanings_[c][bitsAt(row, pixel + (firstColor_ + c) * depth)];
+    *to.alpha =
+        hasAlpha_ ? static_cast<uint8_t>(bitsAt(row, pixel + alphaAt_ * depth) * toByte) : uint8_t{255};
   }
 }
 
-void SampleLayout::readWords(const uint8_t *row, std::size_t first, std::size_t count, AlphaStep step,
-                             uint8_t *colors, std::size_t stride, uint8_t *alpha,
-                             std::size_t alphaStride) const noexcept {
-  for (std::size_t i = 0; i < count; ++i, colors += stride, alpha += alphaStride) {
-    const std::size_t pixel = (first + i) * bytesPerPixel();
-    const uint32_t alphaWord = hasAlpha_ ? wordAt(row, pixel + 2 * alphaAt_) : 65535U;
-    for (std::size_t c = 0; c < colors_; ++c) {
+template <std::size_t kColors, AlphaStep kStep>
+void SampleLayout::readWords(const uint8_t *row, std::size_t first, std::size_t count,
+                             Target to) const noexcept {
+  const std::size_t pixelBytes = bytesPerPixel();
+  for (std::size_t i = 0; i < count; ++i, to.colors += to.stride, to.alpha += to.alphaStride) {
+    const std::size_t pixel = (first + i) * pixelBytes;
+    const uint32_t alpha = hasAlpha_ ? wordAt(row, pixel + 2 * alphaAt_) : 65535U;
+    for (std::size_t c = 0; c < kColors; ++c) {
       const uint32_t value = decodedWord(c, wordAt(row, pixel + 2 * (firstColor_ + c)));
-      colors[c] = static_cast<uint8_t>(stepped(step, value, alphaWord));
+      to.colors[c] = static_cast<uint8_t>(stepped<kStep>(value, alpha));
     }
-    *alpha = static_cast<uint8_t>(narrowed(alphaWord));
+    *to.alpha = static_cast<uint8_t>(narrowed(alpha));
   }
+}
+
+template <std::size_t kColors>
+void SampleLayout::readColors(const uint8_t *row, std::size_t first, std::size_t count, AlphaStep step,
+                              Target to) const noexcept {
+  if (bitsPerComponent_ == 16) {
+    if (step == AlphaStep::multiply) return readWords<kColors, AlphaStep::multiply>(row, first, count, to);
+    if (step == AlphaStep::divide) return readWords<kColors, AlphaStep::divide>(row, first, count, to);
+    return readWords<kColors, AlphaStep::keep>(row, first, count, to);
+  }
+  if (bitsPerComponent_ == 8)
+    readBytes<kColors>(row, first, count, to);
+  else
+    readBits<kColors>(row, first, count, to);
+  if (step != AlphaStep::keep)
+    stepBytes<kColors>(step, to.colors, to.stride, to.alpha, to.alphaStride, count);
 }
 
 void SampleLayout::read(const uint8_t *row, std::size_t first, std::size_t count, AlphaStep step,
                         uint8_t *colors, std::size_t stride, uint8_t *alpha,
                         std::size_t alphaStride) const noexcept {
+  const Target to{colors, stride, alpha, alphaStride};
   if (!hasAlpha_) step = AlphaStep::keep;
-  if (bitsPerComponent_ == 16) return readWords(row, first, count, step, colors, stride, alpha, alphaStride);
-  if (bitsPerComponent_ == 8)
-    readBytes(row, first, count, colors, stride, alpha, alphaStride);
-  else
-    readBits(row, first, count, colors, stride, alpha, alphaStride);
-  if (step == AlphaStep::keep) return;
-  for (std::size_t i = 0; i < count; ++i)
-    for (std::size_t c = 0; c < colors_; ++c) {
-      uint8_t &color = colors[i * stride + c];
-      const uint8_t a = alpha[i * alphaStride];
-      color = step == AlphaStep::multiply ? multiply(color, a) : divide(color, a);
-    }
+  switch (colors_) {
+    case 0:
+      return readColors<0>(row, first, count, step, to);
+    case 1:
+      return readColors<1>(row, first, count, step, to);
+    case 3:
+      return readColors<3>(row, first, count, step, to);
+    default:
+      return readColors<4>(row, first, count, step, to);
+  }
+}
+
+bool SampleLayout::readPackedValues(const uint8_t *row, std::size_t first, std::size_t count,
+                                    uint8_t *values) const noexcept {
+  if (bitsPerPixel_ != bitsPerComponent_ || colors_ != 1) return false;
+  switch (bitsPerComponent_) {
+    case 1:
+      readPacked<1>(row, first, count, values);
+      return true;
+    case 2:
+      readPacked<2>(row, first, count, values);
+      return true;
+    case 4:
+      readPacked<4>(row, first, count, values);
+      return true;
+    case 8:
+      readPacked<8>(row, first, count, values);
+      return true;
+    default:
+      return false;
+  }
 }
 
 }  // namespace cg

@@ -33,13 +33,29 @@ class SampleLayout {
   void read(const uint8_t *row, std::size_t first, std::size_t count, AlphaStep step, uint8_t *colors,
             std::size_t stride, uint8_t *alpha, std::size_t alphaStride) const noexcept;
 
+  // The values of pixels that are one component of up to 8 bits each; false for any other layout.
+  [[nodiscard]] bool readPackedValues(const uint8_t *row, std::size_t first, std::size_t count,
+                                      uint8_t *values) const noexcept;
+
  private:
-  void readBytes(const uint8_t *row, std::size_t first, std::size_t count, uint8_t *colors,
-                 std::size_t stride, uint8_t *alpha, std::size_t alphaStride) const noexcept;
-  void readBits(const uint8_t *row, std::size_t first, std::size_t count, uint8_t *colors, std::size_t stride,
-                uint8_t *alpha, std::size_t alphaStride) const noexcept;
-  void readWords(const uint8_t *row, std::size_t first, std::size_t count, AlphaStep step, uint8_t *colors,
-                 std::size_t stride, uint8_t *alpha, std::size_t alphaStride) const noexcept;
+  // Where the samples of a run of pixels go.
+  struct Target {
+    uint8_t *colors;
+    std::size_t stride;
+    uint8_t *alpha;
+    std::size_t alphaStride;
+  };
+  template <std::size_t kColors>
+  void readBytes(const uint8_t *row, std::size_t first, std::size_t count, Target to) const noexcept;
+  template <std::size_t kColors>
+  void readBits(const uint8_t *row, std::size_t first, std::size_t count, Target to) const noexcept;
+  template <std::size_t kDepth>
+  void readPacked(const uint8_t *row, std::size_t first, std::size_t count, uint8_t *values) const noexcept;
+  template <std::size_t kColors, AlphaStep kStep>
+  void readWords(const uint8_t *row, std::size_t first, std::size_t count, Target to) const noexcept;
+  template <std::size_t kColors>
+  void readColors(const uint8_t *row, std::size_t first, std::size_t count, AlphaStep step,
+                  Target to) const noexcept;
   [[nodiscard]] std::size_t byteOf(std::size_t component) const noexcept { return component ^ byteFlip_; }
   [[nodiscard]] uint32_t bitsAt(const uint8_t *row, std::size_t bit) const noexcept;
   [[nodiscard]] uint32_t wordAt(const uint8_t *row, std::size_t byte) const noexcept;
@@ -48,7 +64,8 @@ class SampleLayout {
 
   std::size_t bitsPerComponent_, bitsPerPixel_;
   std::size_t colors_ = 0, firstColor_ = 0, alphaAt_ = 0;
-  std::size_t byteFlip_ = 0;  // what turns the place of a big-endian byte into that of the stored one
+  std::size_t byteFlip_ = 0;     // what turns the place of a big-endian byte into that of the stored one
+  bool straddlesBytes_ = false;  // whether a component may lie across two bytes
   bool hasAlpha_ = false, isPremultiplied_ = false, isPlainBytes_ = false, hasDecode_ = false;
   std::array<CGFloat, 8> decode_{};
   std::array<std::array<uint8_t, 256>, 4> meanings_{};  // of stored values of up to 8 bits, for each color

@@ -13,7 +13,6 @@ void shufflePixels(const uint8_t *in, uint8_t *out, std::size_t count,
                    const std::array<uint8_t, 4> &from) noexcept;
 
 // Red, green, blue to four bytes with alpha 255, first or last.
-void widenToARGB(const uint8_t *in, uint8_t *out, std::size_t count) noexcept;
-void widenToRGBA(const uint8_t *in, uint8_t *out, std::size_t count) noexcept;
+void widenPixels(const uint8_t *in, uint8_t *out, std::size_t count, bool alphaFirst) noexcept;
 
 }  // namespace cg

@@ -52,6 +52,8 @@ class TableReader final : public RowReader {
       const std::size_t part = std::min(kChunk, count - done);
       if (takesBytes_) {
         write(bytes + first + done, nullptr, part, out);
+      } else if (task_.layout.readPackedValues(bytes, first + done, part, values)) {
+        write(values, nullptr, part, out);
       } else {
         task_.layout.read(bytes, first + done, part, step_, values, 1, alpha, 1);
         write(values, task_.layout.hasAlpha() ? alpha : nullptr, part, out);
