@@ -213,6 +213,29 @@ test_a_line_end_in_a_name_does_not_break_the_message() {
   expect_equal "$(cat err)" 'drav: two\x0alines.png: No such file or directory'
 }
 
+test_an_empty_name_is_one_clear_line() {
+  run convert "" -o out.png
+  expect_status 1
+  expect_equal "$(cat err)" "drav: (empty name): No such file or directory"
+}
+
+test_a_huge_file_is_refused_before_it_is_read() {
+  truncate -s 2G huge.png
+  run convert huge.png -o out.png
+  expect_status 1
+  expect_equal "$(cat err)" "drav: huge.png: is larger than 1 GiB"
+}
+
+test_a_pipe_is_written_to_and_not_replaced() {
+  mkfifo pipe
+  cat pipe >through.png &
+  run convert "$pictures/marbles.png" --to png -o pipe
+  wait
+  expect_status 0
+  [ -p pipe ] || fail "the pipe is no pipe any more"
+  expect_same_pixels "$pictures/marbles.png" through.png
+}
+
 test_an_output_in_a_missing_folder_is_one_clear_line() {
   run convert "$pictures/moon.jpg" -o nowhere/out.png
   expect_status 1

@@ -14,7 +14,7 @@ namespace {
 
 // More than any file that the decode limits would let through; it keeps an endless stream from
 // filling the memory.
-constexpr CFIndex kMaxBytes = CFIndex{2} << 30;
+constexpr CFIndex kMaxBytes = CFIndex{1} << 30;
 constexpr CFIndex kStep = 1 << 16;
 
 Descriptor openInput(const std::string &name) {
@@ -30,7 +30,7 @@ CFIndex expectedBytes(const Descriptor &file) {
   if (::fstat(file.number(), &status) != 0) throw Failure(systemReason(errno));
   if (S_ISDIR(status.st_mode)) throw Failure("is a folder");
   if (!S_ISREG(status.st_mode)) return 0;
-  if (status.st_size > kMaxBytes) throw Failure("is larger than 2 GiB");
+  if (status.st_size > kMaxBytes) throw Failure("is larger than 1 GiB");
   return static_cast<CFIndex>(status.st_size);
 }
 
@@ -61,7 +61,7 @@ cf::Ref<CFDataRef> readInput(const std::string &name) {
   while (const CFIndex got = readSome(file, CFDataGetMutableBytePtr(data.get()) + filled,
                                       CFDataGetLength(data.get()) - filled)) {
     filled += got;
-    if (filled > kMaxBytes) throw Failure("is larger than 2 GiB");
+    if (filled > kMaxBytes) throw Failure("is larger than 1 GiB");
     if (filled == CFDataGetLength(data.get())) resize(data.get(), filled + std::max(kStep, filled / 2));
   }
   if (filled == 0) throw Failure("is empty");
@@ -71,6 +71,7 @@ cf::Ref<CFDataRef> readInput(const std::string &name) {
 
 std::string shownName(const std::string &name) {
   if (name == kStandardStream) return "standard input";
+  if (name.empty()) return "(empty name)";
   std::string shown;
   for (const char c : name) {
     const auto byte = static_cast<unsigned char>(c);
