@@ -303,8 +303,9 @@ DRAV_EXPORT void DRAVCFImageReleaseContext(DRAVCFImageRef image);
  * ------------------------------------------------------------------------------------------------ */
 
 /* Multiply every colour byte by its pixel's alpha, or divide it, in place: size / 4 pixels without row
- * padding; the 0 to 3 bytes after them stay. Rounded to the nearest, halves up. A pixel whose colour
- * exceeds its alpha cannot be divided: it is clamped, and one line a call says so on standard error. */
+ * padding; the 0 to 3 bytes after them stay. Computed in single precision and rounded to the nearest, halves
+ * up; of quotients that are just a half a few come out below it and round down. A pixel whose colour exceeds
+ * its alpha cannot be divided: it is clamped, and one line a call says so on standard error. */
 DRAV_EXPORT void DRAVCFPremultiplyARGBBuffer(uint8_t *buffer, size_t size);
 DRAV_EXPORT void DRAVCFUnpremultiplyARGBBuffer(uint8_t *buffer, size_t size);
 DRAV_EXPORT void DRAVCFPremultiplyRGBABuffer(uint8_t *buffer, size_t size);
