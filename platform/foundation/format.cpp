@@ -208,8 +208,8 @@ class Formatter {
   // Digits are the C library's affair: one conversion at a time, with width and precision of ours.
   template <class Number>
   bool number(const Conversion &conversion, std::string_view lengthLetters, Number value) noexcept {
-    std::array<char, 16> specification{};
-    char *end = specification.data();
+    std::array<char, 16> printfText{};
+    char *end = printfText.data();
     *end++ = '%';
     for (std::size_t i = 0; i < conversion.flags.size(); ++i)
       if (conversion.flags[i]) *end++ = Conversion::kFlags[i];
@@ -222,7 +222,7 @@ class Formatter {
     const int width = std::max(conversion.width, 0), precision = std::min(conversion.precision, kMostPadding);
     const PlainLocale plain;
     const int length =
-        std::snprintf(digits.data(), digits.size(), specification.data(), width, precision, value);
+        std::snprintf(digits.data(), digits.size(), printfText.data(), width, precision, value);
     if (length < 0) return true;
     return ascii({digits.data(), std::min(static_cast<std::size_t>(length), digits.size() - 1)});
   }

@@ -94,8 +94,11 @@ size_t AxisFilter::endSample() const noexcept { return *std::max_element(first.b
 AxisFilter makeAxisFilter(FilterShape shape, const AxisMap &map, size_t sourceLength, int64_t firstOutput,
                           size_t outputs) {
   FilterMaker maker(shape, map, sourceLength);
-  AxisFilter filter{outputs, maker.taps(firstOutput, outputs), std::fabs(map.scale) < 1,
-                    std::vector<uint32_t>(outputs), {}};
+  AxisFilter filter{outputs,
+                    maker.taps(firstOutput, outputs),
+                    std::fabs(map.scale) < 1,
+                    std::vector<uint32_t>(outputs),
+                    {}};
   filter.weights.resize(outputs * filter.taps);
   for (size_t i = 0; i < outputs; ++i) {
     const Window window = maker.windowOf(firstOutput + static_cast<int64_t>(i));
