@@ -30,7 +30,7 @@ class FixedResampler {
         firstColumn_(plan.across.firstSample()),
         source_(source, firstColumn_, plan.across.endSample() - firstColumn_, plan.components),
         firsts_(plan.across.first),
-        acrossPairs_(makePairWeights(plan.across)),
+        acrossWords_(spread(makePairWeights(plan.across))),
         downPairs_(makePairWeights(plan.down)) {
     for (uint32_t &first : firsts_) first -= static_cast<uint32_t>(firstColumn_);
   }
@@ -40,7 +40,7 @@ class FixedResampler {
     return {&downPairs_.words[output * downPairs_.pairs], plan_.down.taps};
   }
   [[nodiscard]] RowFilter acrossFilter() const noexcept {
-    return {firsts_.data(), acrossPairs_.words.data(), plan_.across.outputs, plan_.across.taps};
+    return {firsts_.data(), acrossWords_.data(), plan_.across.outputs, plan_.across.taps};
   }
   template <class Out, class In>
   void across(const In *row, Out *out) const noexcept {
@@ -61,7 +61,8 @@ class FixedResampler {
   size_t firstColumn_;
   SourceRows source_;
   std::vector<uint32_t> firsts_;  // counted from the first column that is read
-  PairWeights acrossPairs_, downPairs_;
+  std::vector<int32_t> acrossWords_;
+  PairWeights downPairs_;
 };
 
 // Rows are added up before they are shortened: best where there are fewer of them afterwards.

@@ -10,11 +10,14 @@
 
 namespace cg {
 
-// The weight of a tap among the words of its output.
-inline int32_t weightOf(const int32_t *words, size_t tap) noexcept {
-  const auto word = static_cast<uint32_t>(words[tap / 2]);
-  return static_cast<int16_t>(tap % 2 == 0 ? word & 0xFFFF : word >> 16);
+// One of the two weights in a word.
+inline int32_t weightIn(int32_t word, size_t tap) noexcept {
+  const auto bits = static_cast<uint32_t>(word);
+  return static_cast<int16_t>(tap % 2 == 0 ? bits & 0xFFFF : bits >> 16);
 }
+
+// The weight of a tap among the words of its output.
+inline int32_t weightOf(const int32_t *words, size_t tap) noexcept { return weightIn(words[tap / 2], tap); }
 
 // What a sum of weighed samples is stored as: bytes come in whole, words with their fraction.
 template <class Out, class In>
@@ -43,12 +46,12 @@ void downPlain(const In *const *rows, const ColumnFilter &filter, size_t count, 
 
 template <size_t kComponents, class Out, class In>
 void acrossPlain(const In *row, const RowFilter &filter, Out *out) {
-  const size_t pairs = (filter.taps + 1) / 2;
+  const size_t pairs = filter.pairs();
   for (size_t i = 0; i < filter.outputs; ++i, out += kComponents) {
     const In *samples = row + size_t{filter.first[i]} * kComponents;
     int32_t sums[kComponents] = {};
     for (size_t tap = 0; tap < filter.taps; ++tap, samples += kComponents) {
-      const int32_t weight = weightOf(filter.words + i * pairs, tap);
+      const int32_t weight = weightIn(filter.words[spreadIndex(i, tap / 2, pairs)], tap);
       for (size_t c = 0; c < kComponents; ++c) sums[c] += weight * samples[c];
     }
     for (size_t c = 0; c < kComponents; ++c) out[c] = rounded<Out, In>(sums[c]);

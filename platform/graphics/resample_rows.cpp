@@ -112,78 +112,102 @@ void down(const In *const *rows, const ColumnFilter &filter, size_t count, Out *
   downPlainFrom(at, rows, filter, count, out);
 }
 
-using Block8 = hn::Full128<uint8_t>;
-using Block16 = hn::Full128<int16_t>;
-using Block32 = hn::Full128<int32_t>;
-using PixelSums = hn::Vec<Block32>;
+// Along a row a block of 16 bytes holds the sums of one output pixel. A vector has one block or two, and is
+// not made wider: what it is filled from lies apart.
+template <size_t kBlocks>
+struct Across {
+  using D8 = hn::FixedTag<uint8_t, 16 * kBlocks>;
+  using D16 = hn::FixedTag<int16_t, 8 * kBlocks>;
+  using D32 = hn::FixedTag<int32_t, 4 * kBlocks>;
+  using Block8 = hn::Full128<uint8_t>;
 
-// Two neighbouring pixels with their samples interleaved, as words; or one, with zeros between.
-HWY_INLINE hn::Vec<Block16> twoPixels(const uint8_t *at) {
-  const hn::Rebind<uint8_t, Block16> half;
-  const auto both = hn::LoadU(half, at);
-  const auto words = hn::BitCast(Block16(), hn::PromoteTo(Block16(), both));
-  return hn::InterleaveLower(Block16(), words, hn::ShiftRightBytes<8>(Block16(), words));
-}
-HWY_INLINE hn::Vec<Block16> twoPixels(const int16_t *at) {
-  const auto words = hn::LoadU(Block16(), at);
-  return hn::InterleaveLower(Block16(), words, hn::ShiftRightBytes<8>(Block16(), words));
-}
-HWY_INLINE hn::Vec<Block16> onePixel(const uint8_t *at) {
-  int32_t pixel;
-  std::memcpy(&pixel, at, sizeof pixel);
-  const auto bytes = hn::BitCast(Block8(), hn::Set(Block32(), pixel));
-  const auto words = hn::BitCast(Block16(), hn::InterleaveLower(Block8(), bytes, hn::Zero(Block8())));
-  return hn::InterleaveLower(Block16(), words, hn::Zero(Block16()));
-}
-HWY_INLINE hn::Vec<Block16> onePixel(const int16_t *at) {
-  int64_t pixel;
-  std::memcpy(&pixel, at, sizeof pixel);
-  const auto words = hn::BitCast(Block16(), hn::Set(hn::Full128<int64_t>(), pixel));
-  return hn::InterleaveLower(Block16(), words, hn::Zero(Block16()));
-}
+  // The bytes of two neighbouring pixels at the start of a block, or of one with zeros after it.
+  template <size_t kBytes>
+  static HWY_INLINE hn::Vec<Block8> load(const void *at) {
+    if constexpr (kBytes == 16) {
+      return hn::LoadU(Block8(), static_cast<const uint8_t *>(at));
+    } else if constexpr (kBytes == 8) {
+      return hn::ZeroExtendVector(Block8(), hn::LoadU(hn::Half<Block8>(), static_cast<const uint8_t *>(at)));
+    } else {
+      int32_t pixel;
+      std::memcpy(&pixel, at, sizeof pixel);
+      const hn::FixedTag<int32_t, 2> both;
+      const auto low = hn::Set(hn::FixedTag<int32_t, 1>(), pixel);
+      return hn::BitCast(Block8(),
+                         hn::ZeroExtendVector(hn::Full128<int32_t>(), hn::ZeroExtendVector(both, low)));
+    }
+  }
 
-HWY_INLINE PixelSums weighed(hn::Vec<Block16> pixels, int32_t weights) {
-  return pairSums(Block32(), pixels, hn::BitCast(Block16(), hn::Set(Block32(), weights)));
-}
+  // Moves the samples of two pixels beside each other, as words.
+  static HWY_INLINE hn::Vec<D16> interleaved(hn::Vec<D8> pixels, uint8_t) {
+    constexpr uint8_t none = 0x80;
+    HWY_ALIGN static constexpr uint8_t kOrder[16] = {0, none, 4, none, 1, none, 5, none,
+                                                     2, none, 6, none, 3, none, 7, none};
+    return hn::BitCast(D16(), hn::TableLookupBytesOr0(pixels, hn::LoadDup128(D8(), kOrder)));
+  }
+  static HWY_INLINE hn::Vec<D16> interleaved(hn::Vec<D8> pixels, int16_t) {
+    HWY_ALIGN static constexpr uint8_t kOrder[16] = {0, 1, 8, 9, 2, 3, 10, 11, 4, 5, 12, 13, 6, 7, 14, 15};
+    return hn::BitCast(D16(), hn::TableLookupBytes(pixels, hn::LoadDup128(D8(), kOrder)));
+  }
 
-// The sums of one output pixel.
-template <int kDrop, class In>
-HWY_INLINE PixelSums acrossAt(const In *row, const RowFilter &filter, size_t pairs, size_t output) {
-  const In *samples = row + size_t{filter.first[output]} * 4;
-  const int32_t *words = filter.words + output * pairs;
-  PixelSums sums = hn::Set(Block32(), 1 << (kDrop - 1));
-  size_t tap = 0;
-  for (; tap + 2 <= filter.taps; tap += 2, samples += 8)
-    sums = hn::Add(sums, weighed(twoPixels(samples), *words++));
-  if (tap < filter.taps) sums = hn::Add(sums, weighed(onePixel(samples), *words));
-  return sums;
-}
+  template <size_t kBytes, class In>
+  static HWY_INLINE hn::Vec<D16> pixelsAt(const In *const *samples, size_t at) {
+    const auto first = load<kBytes>(samples[0] + at);
+    if constexpr (kBlocks == 1) {
+      return interleaved(first, In());
+    } else {
+      return interleaved(hn::Combine(D8(), load<kBytes>(samples[1] + at), first), In());
+    }
+  }
 
-HWY_INLINE void storePixels(hn::Vec<Block16> pixels, size_t count, int16_t *out) {
-  if (count == 2) return hn::StoreU(pixels, Block16(), out);
-  hn::StoreU(hn::LowerHalf(pixels), hn::Half<Block16>(), out);
+  // The sums of kBlocks outputs.
+  template <int kDrop, class In>
+  static HWY_INLINE hn::Vec<D32> sumsAt(const In *row, const RowFilter &filter, size_t output) {
+    const In *samples[kBlocks];
+    for (size_t i = 0; i < kBlocks; ++i) samples[i] = row + size_t{filter.first[output + i]} * 4;
+    const int32_t *words = filter.words + spreadIndex(output, 0, filter.pairs());
+    auto sums = hn::Set(D32(), 1 << (kDrop - 1));
+    const auto add = [&](hn::Vec<D16> pixels) HWY_ATTR {
+      sums = hn::Add(sums, pairSums(D32(), pixels, hn::BitCast(D16(), hn::LoadU(D32(), words))));
+      words += 8;
+    };
+    const size_t whole = filter.taps / 2 * 2;
+    for (size_t tap = 0; tap < whole; tap += 2) add(pixelsAt<8 * sizeof(In)>(samples, 4 * tap));
+    if (whole < filter.taps) add(pixelsAt<4 * sizeof(In)>(samples, 4 * whole));
+    return hn::ShiftRight<kDrop>(sums);
+  }
+};
+
+HWY_INLINE void storeSums(hn::Vec<hn::Full128<int32_t> > sums, int16_t *out) {
+  const hn::Half<hn::Full128<int16_t> > half;
+  hn::StoreU(hn::DemoteTo(half, sums), half, out);
 }
-HWY_INLINE void storePixels(hn::Vec<Block16> pixels, size_t count, uint8_t *out) {
-  const hn::Rebind<uint8_t, Block16> half;
-  const auto bytes = hn::DemoteTo(half, pixels);
-  if (count == 2) return hn::StoreU(bytes, half, out);
-  hn::StoreU(hn::LowerHalf(bytes), hn::Half<decltype(half)>(), out);
+HWY_INLINE void storeSums(hn::Vec<hn::Full128<int32_t> > sums, uint8_t *out) {
+  const hn::FixedTag<uint8_t, 4> quarter;
+  hn::StoreU(hn::DemoteTo(quarter, sums), quarter, out);
 }
+#if HWY_MAX_BYTES >= 32
+using TwoSums = hn::Vec<hn::FixedTag<int32_t, 8> >;
+HWY_INLINE void storeSums(TwoSums sums, int16_t *out) {
+  const hn::FixedTag<int16_t, 8> both;
+  hn::StoreU(hn::DemoteTo(both, sums), both, out);
+}
+HWY_INLINE void storeSums(TwoSums sums, uint8_t *out) {
+  const hn::FixedTag<uint8_t, 8> both;
+  hn::StoreU(hn::DemoteTo(both, sums), both, out);
+}
+#endif
 
 template <class Out, class In>
 void across(const In *row, const RowFilter &filter, Out *out) {
   constexpr int kDrop =
       kWeightBits + (sizeof(In) == 2 ? kWordFraction : 0) - (sizeof(Out) == 2 ? kWordFraction : 0);
-  const size_t pairs = (filter.taps + 1) / 2;
   size_t i = 0;
-  for (; i + 2 <= filter.outputs; i += 2) {
-    const PixelSums a = acrossAt<kDrop>(row, filter, pairs, i),
-                    b = acrossAt<kDrop>(row, filter, pairs, i + 1);
-    storePixels(packed<kDrop>(Block16(), a, b), 2, out + 4 * i);
-  }
-  if (i == filter.outputs) return;
-  const PixelSums last = acrossAt<kDrop>(row, filter, pairs, i);
-  storePixels(packed<kDrop>(Block16(), last, last), 1, out + 4 * i);
+#if HWY_MAX_BYTES >= 32
+  for (; i + 2 <= filter.outputs; i += 2)
+    storeSums(Across<2>::template sumsAt<kDrop>(row, filter, i), out + 4 * i);
+#endif
+  for (; i < filter.outputs; ++i) storeSums(Across<1>::template sumsAt<kDrop>(row, filter, i), out + 4 * i);
 }
 
 void downBytes(const uint8_t *const *rows, const ColumnFilter &filter, size_t count, int16_t *out) {
@@ -230,6 +254,18 @@ const TargetTables<ResampleRows> &tables() noexcept {
 const ResampleRows &resampleRows() noexcept { return tables().best(); }
 
 std::span<const ResampleRows *const> allResampleRows() noexcept { return tables().all(); }
+
+std::vector<int32_t> spread(const PairWeights &weights) {
+  const size_t outputs = weights.words.size() / weights.pairs;
+  std::vector<int32_t> result((outputs + 1) / 2 * weights.pairs * 8);
+  for (size_t output = 0; output < outputs; ++output) {
+    for (size_t pair = 0; pair < weights.pairs; ++pair) {
+      const size_t at = spreadIndex(output, pair, weights.pairs);
+      std::fill_n(&result[at], 4, weights.words[output * weights.pairs + pair]);
+    }
+  }
+  return result;
+}
 
 void acrossFewBytes(const uint8_t *row, const RowFilter &filter, size_t components, int16_t *out) noexcept {
   (components == 1 ? acrossPlain<1, int16_t, uint8_t> : acrossPlain<2, int16_t, uint8_t>)(row, filter, out);

@@ -5,17 +5,27 @@
 #include <cstddef>
 #include <cstdint>
 #include <span>
+#include <vector>
+
+#include "graphics/axis_filter.h"
 
 namespace cg {
 
 inline constexpr int kWordFraction = 6;
 
-// Weights along a row, in the layout of PairWeights.
+// Weights along a row. Outputs come in twos, each word four times, as a multiplication of two whole pixels
+// takes them: spreadIndex says where. An output that is alone at the end has the place of two.
 struct RowFilter {
   const uint32_t *first;  // counted from the start of the source row that is handed over
   const int32_t *words;
   size_t outputs, taps;
+
+  [[nodiscard]] size_t pairs() const noexcept { return (taps + 1) / 2; }
 };
+constexpr size_t spreadIndex(size_t output, size_t pair, size_t pairs) noexcept {
+  return (output / 2 * pairs + pair) * 8 + output % 2 * 4;
+}
+std::vector<int32_t> spread(const PairWeights &weights);
 
 // One sum of rows: taps rows, and the words of a single output.
 struct ColumnFilter {

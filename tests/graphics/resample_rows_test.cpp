@@ -58,18 +58,18 @@ TEST(ResampleRows, EveryFormWeighsAlongARowAsPlainCodeDoes) {
     for (size_t length = 1; length <= 40; ++length) {
       for (size_t outputs = 1; outputs <= 70; outputs += 3) {
         const AxisFilter filter = someFilter(length, outputs, shape);
-        const PairWeights weights = makePairWeights(filter);
-        const RowFilter row{filter.first.data(), weights.words.data(), outputs, filter.taps};
+        const std::vector<int32_t> words = spread(makePairWeights(filter));
+        const RowFilter row{filter.first.data(), words.data(), outputs, filter.taps};
         const auto bytes = test::randomPixels(random, length, 4);
-        const auto words = randomWords(random, 4 * length);
+        const auto between = randomWords(random, 4 * length);
         std::vector<int16_t> wordsExpected(4 * outputs), wordsGot(4 * outputs);
         std::vector<uint8_t> bytesExpected(4 * outputs), bytesGot(4 * outputs);
         acrossPlain<4>(bytes.data(), row, wordsExpected.data());
-        acrossPlain<4>(words.data(), row, bytesExpected.data());
+        acrossPlain<4>(between.data(), row, bytesExpected.data());
         for (const ResampleRows *rows : allResampleRows()) {
           rows->acrossBytes(bytes.data(), row, wordsGot.data());
           ASSERT_EQ(wordsGot, wordsExpected) << length << " to " << outputs;
-          rows->acrossWords(words.data(), row, bytesGot.data());
+          rows->acrossWords(between.data(), row, bytesGot.data());
           ASSERT_EQ(bytesGot, bytesExpected) << length << " to " << outputs;
         }
       }
@@ -79,8 +79,8 @@ TEST(ResampleRows, EveryFormWeighsAlongARowAsPlainCodeDoes) {
 
 TEST(ResampleRows, AConstantStaysThroughEveryPass) {
   const AxisFilter filter = someFilter(31, 12, FilterShape::lanczos3);
-  const PairWeights weights = makePairWeights(filter);
-  const RowFilter row{filter.first.data(), weights.words.data(), filter.outputs, filter.taps};
+  const std::vector<int32_t> words = spread(makePairWeights(filter));
+  const RowFilter row{filter.first.data(), words.data(), filter.outputs, filter.taps};
   for (int value = 0; value < 256; ++value) {
     const std::vector<uint8_t> bytes(4 * 31, static_cast<uint8_t>(value));
     std::vector<int16_t> between(4 * filter.outputs);
