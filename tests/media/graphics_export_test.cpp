@@ -15,6 +15,7 @@ namespace {
 
 constexpr OSType kPng = MEDIA_CODE('P', 'N', 'G', 'f');
 constexpr OSType kJpeg = MEDIA_CODE('J', 'P', 'E', 'G');
+constexpr OSType kPict = MEDIA_CODE('P', 'I', 'C', 'T');
 
 std::vector<uint8_t> exportAs(OSType subType, CGImageRef image) {
   GraphicsExportComponent exporter = nullptr;
@@ -64,6 +65,33 @@ TEST(GraphicsExport, PremultipliedAlphaIsWrittenStraight) {
   ASSERT_TRUE(image);
   EXPECT_EQ(pixels(decoded(exportAs(kPng, image.get()))),
             (std::vector<uint8_t>{128, 128, 255, 0, 0, 0, 0, 0}));
+}
+
+// Colours above alpha included: that is how pixels that were made straight beforehand stay so.
+TEST(GraphicsExport, PicturesKeepTheBytesWhateverTheAlphaInfoSays) {
+  const auto space = cf::adopt(CGColorSpaceCreateDeviceRGB());
+  const std::vector<uint8_t> argb{0, 1, 2, 3, 128, 255, 100, 7, 255, 9, 9, 9, 77, 78, 76, 200};
+  std::vector<uint8_t> rgba;
+  for (size_t i = 0; i < argb.size(); i += 4)
+    rgba.insert(rgba.end(), {argb[i + 1], argb[i + 2], argb[i + 3], argb[i]});
+  for (const auto &[info, bytes] : {std::pair{kCGImageAlphaFirst, argb},
+                                    {kCGImageAlphaPremultipliedFirst, argb},
+                                    {kCGImageAlphaLast, rgba},
+                                    {kCGImageAlphaPremultipliedLast, rgba}}) {
+    const auto image = imageOf(2, 2, 4, space.get(), info, bytes);
+    ASSERT_TRUE(image);
+    const auto file = decoded(exportAs(kPict, image.get()));
+    EXPECT_EQ(file.layout, codecs::PixelLayout::argb32);
+    EXPECT_EQ(pixels(file), argb) << info;
+  }
+}
+
+TEST(GraphicsExport, PicturesWithoutAlphaHaveThreeComponents) {
+  const auto space = cf::adopt(CGColorSpaceCreateDeviceRGB());
+  const std::vector<uint8_t> xrgb{7, 1, 2, 3, 9, 255, 100, 7};
+  const auto image = imageOf(2, 1, 4, space.get(), kCGImageAlphaNoneSkipFirst, xrgb);
+  const auto file = decoded(exportAs(kPict, image.get()));
+  EXPECT_EQ(pixels(file), (std::vector<uint8_t>{255, 1, 2, 3, 255, 255, 100, 7}));
 }
 
 TEST(GraphicsExport, ColourWithoutAlphaStaysWithoutAlpha) {
