@@ -9,7 +9,15 @@ using AddCommand = void (*)(CLI::App &tool, int &exitStatus);
 
 void addInfo(CLI::App &tool, int &exitStatus);
 void addConvert(CLI::App &tool, int &exitStatus);
+void addCrop(CLI::App &tool, int &exitStatus);
+void addScale(CLI::App &tool, int &exitStatus);
+void addFlip(CLI::App &tool, int &exitStatus);
+void addGray(CLI::App &tool, int &exitStatus);
+void addInvert(CLI::App &tool, int &exitStatus);
+void addAlpha(CLI::App &tool, int &exitStatus);
+void addMask(CLI::App &tool, int &exitStatus);
 void addFormats(CLI::App &tool, int &exitStatus);
 
 // In the order in which --help lists them.
-inline constexpr AddCommand kCommands[] = {addInfo, addConvert, addFormats};
+inline constexpr AddCommand kCommands[] = {addInfo, addConvert, addCrop,  addScale, addFlip,
+                                           addGray, addInvert,  addAlpha, addMask,  addFormats};
