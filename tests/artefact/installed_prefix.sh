@@ -1,9 +1,9 @@
 #!/usr/bin/env bash
-# usage: installed_prefix.sh SOURCE_DIR BUILD_DIR CMAKE C_COMPILER
+# usage: installed_prefix.sh SOURCE_DIR BUILD_DIR CMAKE GENERATOR C_COMPILER
 # Installs to a fresh prefix, moves that away, and builds and runs the example host against it: through
 # pkg-config and through the CMake package.
 set -euo pipefail
-source=$1 build=$2 cmake=$3 compiler=$4
+source=$1 build=$2 cmake=$3 generator=$4 compiler=$5
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 
@@ -41,7 +41,7 @@ eval "flags=($(pkg-config --cflags --libs dravkit))"
 [ -s "$work/one.png" ]
 
 echo "through find_package"
-"$cmake" -S "$source/examples" -B "$work/build" -DCMAKE_PREFIX_PATH="$prefix" \
+"$cmake" -G "$generator" -S "$source/examples" -B "$work/build" -DCMAKE_PREFIX_PATH="$prefix" \
   -DCMAKE_C_COMPILER="$compiler" >/dev/null
 "$cmake" --build "$work/build" >/dev/null
 "$work/build/to_png" "$picture" "$work/two.png"

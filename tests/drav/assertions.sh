@@ -63,6 +63,17 @@ expect_same_pixels() {
   [ "$differing" = 0 ] || fail "$1 and $2: $differing pixels differ"
 }
 
+# on_terminal COMMAND: runs it with all streams on a terminal, whose output is the file typescript.
+# Leaves the test where the machine has no terminals to give, as some containers do.
+on_terminal() {
+  if ! script -qec true /dev/null </dev/null >/dev/null 2>&1; then
+    echo "  no terminal to be had: not tested"
+    return 1
+  fi
+  script -qec "$1" typescript </dev/null >/dev/null
+  status=$?
+}
+
 # Runs every test of the script that read this file.
 run_tests() {
   local total=0 name bad=0

@@ -32,8 +32,7 @@ test_a_terminal_shows_progress_and_names_the_bad_file_on_a_line_of_its_own() {
   cp "$pictures/moon.jpg" a.jpg
   cp "$pictures/harbour.jpg" b.jpg
   echo "this is text" >c.jpg
-  script -qec "'$drav' convert a.jpg b.jpg c.jpg --to png -o converted" typescript >/dev/null </dev/null
-  status=$?
+  on_terminal "'$drav' convert a.jpg b.jpg c.jpg --to png -o converted" || return
   : >err
   expect_status 1
   tr '\r' '\n' <typescript | sed 's/\x1b\[K//g' >lines
@@ -43,7 +42,7 @@ test_a_terminal_shows_progress_and_names_the_bad_file_on_a_line_of_its_own() {
 }
 
 test_one_file_shows_no_progress_even_on_a_terminal() {
-  script -qec "'$drav' convert '$pictures/moon.jpg' -o moon.png" typescript >/dev/null </dev/null
+  on_terminal "'$drav' convert '$pictures/moon.jpg' -o moon.png" || return
   expect_file moon.png
   if grep -q '\[[#.]*\] ' typescript; then fail "progress: $(cat typescript)"; fi
 }

@@ -69,8 +69,7 @@ test_several_inputs_do_not_go_into_a_file() {
 }
 
 test_an_image_does_not_go_to_a_terminal() {
-  script -qec "'$drav' convert '$pictures/moon.jpg' --to png -o -" typescript >/dev/null </dev/null
-  status=$?
+  on_terminal "'$drav' convert '$pictures/moon.jpg' --to png -o -" || return
   cp typescript err
   expect_status 2
 }
