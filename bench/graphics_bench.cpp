@@ -212,7 +212,7 @@ BENCHMARK(thirdBesideTriangle)->UseManualTime()->Unit(benchmark::kMillisecond);
 BENCHMARK(doubleBesideBilinear)->UseManualTime()->Unit(benchmark::kMillisecond);
 BENCHMARK(halfWithLanczos)->UseManualTime()->Unit(benchmark::kMillisecond);
 
-// Reductions so strong that pixman's filters leave pixels out stand alone.
+// Strong reductions stand alone: pixman's take less time than reading every pixel would.
 void thumbnail(benchmark::State &state) {
   const auto width = static_cast<size_t>(state.range(0)), height = width * 9 / 16;
   Bytes target(4 * width * height);

@@ -19,8 +19,8 @@ struct Texture {
   Matrix fromImage;  // from image space to the texture's
 };
 
-// More than any surface needs that memory can hold as well.
-constexpr double kMostTextureBytes = 4294967296.0;
+// The largest image that is loaded fits. Beyond it, a small file of single bits could ask for all of memory.
+constexpr double kMostTextureBytes = 1073741824.0;
 
 struct Bounds {
   double left, top, right, bottom;
