@@ -43,7 +43,7 @@ void unpack(Bytes packed, std::span<uint8_t> out) noexcept {
     from += stored;
     to += taken;
   }
-  std::memset(out.data() + to, 0, out.size() - to);
+  std::ranges::fill(out.subspan(to), uint8_t{0});
 }
 
 uint64_t load(const uint8_t *from) noexcept {

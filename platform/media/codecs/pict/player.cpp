@@ -1,6 +1,7 @@
 #include "media/codecs/pict/player.h"
 
 #include "media/codecs/pict/opcode.h"
+#include "media/codecs/pict/pixel_pattern.h"
 #include "media/codecs/pict/pixel_rows.h"
 #include "media/codecs/pict/region_data.h"
 
@@ -57,6 +58,8 @@ Findings Player::findings() && {
 Fault Player::handle(const Opcode &opcode) {
   if (isStandIn(opcode)) return Fault::none;
   if (isBitmapOpcode(opcode.code)) return drawBitmap(opcode);
+  if (opcode.code >= op::line && opcode.code <= op::shortLineFrom) return drawLine(opcode);
+  if (opcode.code >= op::firstRect && opcode.code <= op::lastShape) return drawShape(opcode);
   switch (opcode.code) {
     case op::compressedImage:
       return drawCompressed(opcode.operands);
@@ -78,8 +81,61 @@ Fault Player::handleState(const Opcode &opcode) {
     case op::origin: {
       const int16_t dh = reader.i16();
       mapping_.moveOrigin({dh, reader.i16()});
-      break;
+      return Fault::none;
     }
+    case op::ovalSize:
+      ovalSize_ = readPoint(reader);
+      return Fault::none;
+    case op::penSize:
+    case op::penMode:
+      handlePen(opcode);
+      return Fault::none;
+    case op::backPattern:
+    case op::penPattern:
+    case op::fillPattern:
+    case op::backPixelPattern:
+    case op::penPixelPattern:
+    case op::fillPixelPattern:
+      return setPattern(opcode);
+    default:
+      handleColour(opcode);
+      return Fault::none;
+  }
+}
+
+void Player::handlePen(const Opcode &opcode) {
+  ByteReader reader(opcode.operands);
+  if (opcode.code == op::penMode) {
+    port_.pen.mode = transferOf(reader.u16());
+  } else {
+    port_.pen.size = mapping_.size(readPoint(reader));
+  }
+}
+
+Fault Player::setPattern(const Opcode &opcode) {
+  Pattern pattern = Pattern::ofBits(opcode.operands);
+  const bool hasPixels = opcode.code >= op::backPixelPattern;
+  if (hasPixels) {
+    if (const Fault fault = parsePixelPattern(opcode.operands, pattern); fault != Fault::none) return fault;
+  }
+  switch (opcode.code) {
+    case op::backPattern:
+    case op::backPixelPattern:
+      port_.backPattern = std::move(pattern);
+      break;
+    case op::penPattern:
+    case op::penPixelPattern:
+      port_.pen.pattern = std::move(pattern);
+      break;
+    default:
+      port_.fillPattern = std::move(pattern);
+  }
+  return Fault::none;
+}
+
+void Player::handleColour(const Opcode &opcode) {
+  ByteReader reader(opcode.operands);
+  switch (opcode.code) {
     case op::foreColour:
       port_.ink.fore = oldColour(reader.u32(), kBlack);
       break;
@@ -91,6 +147,9 @@ Fault Player::handleState(const Opcode &opcode) {
       break;
     case op::rgbBackColour:
       port_.ink.back = readColour(reader);
+      break;
+    case op::hiliteMode:
+      port_.hiliteNext = true;
       break;
     case op::hiliteColour:
       port_.ink.hilite = readColour(reader);
@@ -104,7 +163,6 @@ Fault Player::handleState(const Opcode &opcode) {
     default:
       break;
   }
-  return Fault::none;
 }
 
 // A new clip takes the old one's place; they do not add up.

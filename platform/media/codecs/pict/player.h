@@ -41,8 +41,18 @@ class Player {
 
   Fault handle(const Opcode &opcode);
   Fault handleState(const Opcode &opcode);
+  void handleColour(const Opcode &opcode);
+  void handlePen(const Opcode &opcode);
+  Fault setPattern(const Opcode &opcode);
   Fault setClip(Bytes record);
   void takeComment(Bytes operands);
+
+  // player_shapes.cpp
+  Fault drawLine(const Opcode &opcode);
+  Fault drawShape(const Opcode &opcode);
+  void readPolygon(Bytes record);
+  bool playShape(int kind, Verb verb, ByteReader &reader);
+  void noteShape(const Pattern &pattern) noexcept;
 
   // player_images.cpp
   Fault drawBitmap(const Opcode &opcode);
@@ -64,6 +74,11 @@ class Player {
   Mapping mapping_;
   ProfileCollector profiles_;
   Findings findings_;
+  Point penAt_;
+  Point ovalSize_;
+  Box lastBox_;  // of rectangles, round rectangles, ovals and arcs alike
+  std::vector<Point> lastPolygon_;
+  Region lastRegion_;
   Pixel alphasSeen_ = 0;             // all alphas, or-ed
   Pixel alphasShared_ = kAlphaBits;  // and-ed
   Matte matte_;

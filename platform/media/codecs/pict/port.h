@@ -18,12 +18,25 @@ struct Canvas {
   Box bounds() const noexcept { return {0, 0, static_cast<int32_t>(width), static_cast<int32_t>(height)}; }
 };
 
+enum class Verb : uint8_t { frame, paint, erase, invert, fill };
+
+// Hangs below and to the right of its point.
+struct Pen {
+  Point size{1, 1};
+  Transfer mode = Transfer::copy;
+  Pattern pattern = Pattern::solid();
+};
+
 class Port {
  public:
   // Borrows both.
   Port(const Canvas &canvas, Budget &budget);
 
   Ink ink;
+  Pen pen;
+  Pattern fillPattern = Pattern::solid();
+  Pattern backPattern;
+  bool hiliteNext = false;  // the next exclusive or is a highlight instead
 
   const Canvas &canvas() const noexcept { return canvas_; }
   Budget &budget() noexcept { return budget_; }
@@ -35,7 +48,22 @@ class Port {
   // Paints the pixels of a region that the clip lets through. False when the budget is spent.
   bool paint(const Region &shape, const Pattern &pattern, Transfer mode);
 
+  // Shapes; each is false when the budget is spent. Outlines are made by the pen, inside the shape but for
+  // lines and polygons, which are not closed.
+  bool line(Point from, Point to);
+  bool rect(Verb verb, const Box &box);
+  bool roundRect(Verb verb, const Box &box, Point oval);
+  bool oval(Verb verb, const Box &box);
+  bool arc(Verb verb, const Box &box, int startAngle, int arcAngle);
+  bool polygon(Verb verb, std::span<const Point> points);
+  bool region(Verb verb, const Region &region);
+
  private:
+  bool draw(Verb verb, const Region &shape);
+  bool paintWith(const Region &shape, const Pattern &pattern, Transfer mode);
+  bool hasPen() const noexcept;
+  Region ovalFor(Verb verb, const Box &box) const;
+
   const Canvas canvas_;
   Budget &budget_;
   Region clip_;
