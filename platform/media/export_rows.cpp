@@ -120,6 +120,7 @@ codecs::EncodeSource ExportRows::source() noexcept {
   source.width = width_;
   source.height = height_;
   source.layout = layout_;
+  source.premultiplied = premultiplied_ && !onWhite_;
   source.resolution = resolution_;
   if (profile_) {
     source.profile = {CFDataGetBytePtr(profile_.get()), static_cast<size_t>(CFDataGetLength(profile_.get()))};

@@ -45,7 +45,7 @@ struct DecodedImage {
   const uint8_t *row(uint32_t y) const noexcept { return pixels.data() + y * rowBytes; }
 };
 
-// 8 bits each, not premultiplied; the fourth byte of rgbx is ignored.
+// 8 bits each; the fourth byte of rgbx is ignored.
 enum class RowLayout : uint8_t { grey, rgbx, rgba };
 
 constexpr size_t bytesPerPixel(RowLayout layout) noexcept { return layout == RowLayout::grey ? 1 : 4; }
@@ -55,6 +55,7 @@ struct EncodeSource {
   uint32_t width = 0;
   uint32_t height = 0;
   RowLayout layout = RowLayout::rgbx;
+  bool premultiplied = false;  // the colours of rgba; only where alpha comes as stored
   Bytes profile;  // ICC bytes to embed; empty: none
   Resolution resolution;
 

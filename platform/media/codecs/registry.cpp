@@ -6,7 +6,7 @@
 namespace codecs {
 namespace {
 
-constexpr std::array<const CodecRecord *, 3> kCodecs{&kPngCodec, &kJpegCodec, &kPictCodec};
+constexpr std::array<const CodecRecord *, 4> kCodecs{&kPngCodec, &kJpegCodec, &kPictCodec, &kTiffCodec};
 
 }  // namespace
 

@@ -8,6 +8,7 @@ namespace codecs {
 extern const CodecRecord kPngCodec;
 extern const CodecRecord kJpegCodec;
 extern const CodecRecord kPictCodec;
+extern const CodecRecord kTiffCodec;
 
 // Every codec, in the order in which equal scores are decided.
 std::span<const CodecRecord *const> all() noexcept;

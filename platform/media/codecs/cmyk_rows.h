@@ -1,4 +1,4 @@
-// CMYK rows as a JPEG stores them, brought to sRGB.
+// CMYK rows as files store them, brought to sRGB.
 #pragma once
 
 #include "media/codecs/colour_engine.h"

@@ -1,4 +1,4 @@
-#include "media/codecs/jpeg_cmyk.h"
+#include "media/codecs/cmyk_rows.h"
 
 #include "media/codecs/icc.h"
 
