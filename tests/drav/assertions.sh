@@ -74,6 +74,13 @@ on_terminal() {
   status=$?
 }
 
+# expect_close FILE FILE DIFFERENCE: no component differs by more than that many of 255.
+expect_close() {
+  local error
+  error=$("$magick/compare" -metric PAE "$1" "$2" null: 2>&1 | sed 's/ .*//')
+  awk -v e="$error" -v most="$3" 'BEGIN { exit !(e <= most * 257) }' || fail "$1 and $2 differ by $error of 65535"
+}
+
 # Runs every test of the script that read this file.
 run_tests() {
   local total=0 name bad=0

@@ -16,8 +16,10 @@ void addGray(CLI::App &tool, int &exitStatus);
 void addInvert(CLI::App &tool, int &exitStatus);
 void addAlpha(CLI::App &tool, int &exitStatus);
 void addMask(CLI::App &tool, int &exitStatus);
+void addComposite(CLI::App &tool, int &exitStatus);
+void addTile(CLI::App &tool, int &exitStatus);
 void addFormats(CLI::App &tool, int &exitStatus);
 
 // In the order in which --help lists them.
-inline constexpr AddCommand kCommands[] = {addInfo, addConvert, addCrop,  addScale, addFlip,
-                                           addGray, addInvert,  addAlpha, addMask,  addFormats};
+inline constexpr AddCommand kCommands[] = {addInfo,   addConvert, addCrop, addScale,     addFlip, addGray,
+                                           addInvert, addAlpha,   addMask, addComposite, addTile, addFormats};
