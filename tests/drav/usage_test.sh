@@ -14,8 +14,9 @@ test_help_is_everywhere() {
   expect_contains out "convert"
   expect_contains out "--limits"
   local command
-  for command in info convert formats; do
-    run "$command" --help
+  for command in info convert formats crop scale flip gray invert alpha "alpha add" mask composite tile gallery; do
+    # shellcheck disable=SC2086
+    run $command --help
     expect_status 0
     expect_lines err 0
     [ -s out ] || fail "no help for $command"
