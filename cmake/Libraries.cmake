@@ -7,6 +7,8 @@ pkg_check_modules(TIFF REQUIRED IMPORTED_TARGET libtiff-4)
 pkg_check_modules(LCMS2 REQUIRED IMPORTED_TARGET lcms2)
 pkg_check_modules(PIXMAN REQUIRED IMPORTED_TARGET pixman-1)
 pkg_check_modules(HWY REQUIRED IMPORTED_TARGET libhwy)
+pkg_check_modules(FREETYPE REQUIRED IMPORTED_TARGET freetype2)
+pkg_check_modules(FONTCONFIG REQUIRED IMPORTED_TARGET fontconfig)
 
 function(drav_object_library name folder)
   file(GLOB sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/${folder}/*.cpp)
@@ -33,7 +35,7 @@ drav_object_library(platform_foundation platform/foundation drav_platform_header
 drav_object_library(platform_graphics platform/graphics drav_platform_headers
   PkgConfig::LCMS2 PkgConfig::PIXMAN PkgConfig::HWY)
 drav_object_library(platform_codecs platform/media/codecs drav_platform_headers
-  PNG::PNG JPEG::JPEG PkgConfig::TIFF PkgConfig::LCMS2)
+  PNG::PNG JPEG::JPEG PkgConfig::TIFF PkgConfig::LCMS2 PkgConfig::FREETYPE PkgConfig::FONTCONFIG)
 drav_object_library(platform_media platform/media drav_platform_headers PkgConfig::LCMS2)
 set(DRAV_PLATFORM_PARTS platform_foundation platform_graphics platform_codecs platform_media)
 

@@ -59,6 +59,7 @@ Fault Player::handle(const Opcode &opcode) {
   if (isStandIn(opcode)) return Fault::none;
   if (isBitmapOpcode(opcode.code)) return drawBitmap(opcode);
   if (opcode.code >= op::line && opcode.code <= op::shortLineFrom) return drawLine(opcode);
+  if (opcode.code >= op::longText && opcode.code <= op::dhdvText) return drawText(opcode);
   if (opcode.code >= op::firstRect && opcode.code <= op::lastShape) return drawShape(opcode);
   switch (opcode.code) {
     case op::compressedImage:
@@ -99,6 +100,7 @@ Fault Player::handleState(const Opcode &opcode) {
       return setPattern(opcode);
     default:
       handleColour(opcode);
+      handleText(opcode);
       return Fault::none;
   }
 }

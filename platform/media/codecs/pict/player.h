@@ -2,11 +2,14 @@
 // knows the file format; how drawing works is the port's business.
 #pragma once
 
+#include <map>
+
 #include "media/codecs/pict/compressed_image.h"
 #include "media/codecs/pict/mapping.h"
 #include "media/codecs/pict/opcode_walker.h"
 #include "media/codecs/pict/port.h"
 #include "media/codecs/pict/profile_comment.h"
+#include "media/codecs/pict/typesetter.h"
 
 namespace codecs::pict {
 
@@ -39,6 +42,20 @@ class Player {
     uint8_t at(uint32_t x, uint32_t y) const noexcept { return alpha[size_t{y} * width + x]; }
   };
 
+  // How text is set, in the file's terms.
+  struct TextState {
+    int font = 0;
+    unsigned face = 0;
+    Transfer mode = Transfer::paintOr;
+    int size = 0;  // 0: the default
+    double spaceExtra = 0;
+    double characterExtra = 0;  // for each unit of size
+    double justification = 0;
+    double across = 1;
+    double down = 1;
+    bool hasFractionalWidths = false;
+  };
+
   Fault handle(const Opcode &opcode);
   Fault handleState(const Opcode &opcode);
   void handleColour(const Opcode &opcode);
@@ -53,6 +70,14 @@ class Player {
   void readPolygon(Bytes record);
   bool playShape(int kind, Verb verb, ByteReader &reader);
   void noteShape(const Pattern &pattern) noexcept;
+
+  // player_text.cpp
+  void handleText(const Opcode &opcode);
+  void nameFont(Bytes operands);
+  TextStyle textStyle() const;
+  Fault drawText(const Opcode &opcode);
+  bool setText(Bytes letters);
+  bool paintBehind(const TextPlace &place);
 
   // player_images.cpp
   Fault drawBitmap(const Opcode &opcode);
@@ -75,6 +100,10 @@ class Player {
   ProfileCollector profiles_;
   Findings findings_;
   Point penAt_;
+  Point textAt_;
+  TextState text_;
+  std::map<int, std::string> fontNames_;
+  Typesetter typesetter_;
   Point ovalSize_;
   Box lastBox_;  // of rectangles, round rectangles, ovals and arcs alike
   std::vector<Point> lastPolygon_;

@@ -5,6 +5,7 @@
 
 #include "media/codecs/pict/brush.h"
 #include "media/codecs/pict/budget.h"
+#include "media/codecs/pict/coverage.h"
 #include "media/codecs/pict/region.h"
 
 namespace codecs::pict {
@@ -58,9 +59,13 @@ class Port {
   bool polygon(Verb verb, std::span<const Point> points);
   bool region(Verb verb, const Region &region);
 
+  // Letters in the foreground colour, or as the mode has it.
+  bool text(const Coverage &letters, Transfer mode);
+
  private:
   bool draw(Verb verb, const Region &shape);
   bool paintWith(const Region &shape, const Pattern &pattern, Transfer mode);
+  bool cover(const Coverage &letters, Pixel colour);
   bool hasPen() const noexcept;
   Region ovalFor(Verb verb, const Box &box) const;
 
