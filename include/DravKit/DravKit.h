@@ -6,8 +6,8 @@
  *     CFRelease for DravKit objects, data and strings, CGImageRelease for a platform image,
  *     CGPathRelease for a path, CGColorSpaceRelease for a colour space. A Get function lends one that
  *     lives until the object changes or is released.
- *  2. Allocators. NULL (kCFAllocatorDefault) is the default allocator. An object takes every byte it
- *     owns from the allocator it was made with.
+ *  2. Allocators. NULL (kCFAllocatorDefault) is the default allocator. An object takes the bytes it
+ *     owns from the allocator it was made with, where its comment says nothing else.
  *  3. Failure. Creators give NULL; operations without a result leave their target as it was, unless
  *     their comment says otherwise. There are no error codes, and no exception leaves the library.
  *     Arguments that are handles must be valid objects unless the comment allows NULL.
@@ -184,8 +184,9 @@ DRAV_EXPORT DRAVCFImageRef DRAVCFImageCreateWithImage(CFAllocatorRef allocator, 
  * bytesPerRow       row stride; 0: (width * bitsPerPixel + 7) / 8.
  * colorSpace        retained; NULL means the main display's.
  * alphaInfo         where alpha stands in a pixel.
- * Gives             a new image; NULL if memory runs out. The description is stored as given;
- *                   operations on an image whose description fits no pixels do nothing. */
+ * Gives             a new image; NULL if memory runs out or source is NULL. The description is stored as
+ *                   given. Where it fits no pixels, operations do nothing, and what promotes the image loses
+ *                   them (DRAVCFImagePromoteImage). */
 DRAV_EXPORT DRAVCFImageRef DRAVCFImageCreateWithBuffer(CFAllocatorRef allocator, const uint8_t *source,
                                                        size_t width, size_t height, size_t bitsPerComponent,
                                                        size_t bitsPerPixel, size_t bytesPerRow,
@@ -270,8 +271,8 @@ DRAV_EXPORT CFTypeID DRAVCFContextGetTypeID(void);
 /* Makes a context that draws into pixel memory.
  *
  * width, height     in pixels.
- * buffer            bytesPerRow * height bytes that outlive the context; NULL: the context makes its
- *                   own, zeroed, on the default allocator.
+ * buffer            bytesPerRow * height bytes that outlive the context and its copies; NULL: the context
+ *                   makes its own, zeroed, on the default allocator.
  * bitsPerComponent  8.
  * bytesPerRow       row stride; 0: packed rows of 4 components for a colour space of three, else of
  *                   as many as the space has.
@@ -406,17 +407,18 @@ DRAV_EXPORT int DRAVCFImageIsOpaque(DRAVCFImageRef image);
 /* Converts a colour image to S_8 in place, weighted 0.30, 0.59, 0.11; alpha is dropped. */
 DRAV_EXPORT void DRAVCFImageConvertToGrayscale(DRAVCFImageRef image);
 
-/* Converts a grey image to colour in place. */
+/* Converts a grey image to colour in place; fails as DRAVCFImagePromoteImage does. */
 DRAV_EXPORT void DRAVCFImageConvertToColor(DRAVCFImageRef image);
 
 /* Sets red, green and blue of every pixel of a colour image to their mean; the layout stays. */
 DRAV_EXPORT void DRAVCFImageMakeGrayscale(DRAVCFImageRef image);
 
-/* Gives an image without alpha an opaque one: ARGB_8888. */
+/* Gives an image without alpha an opaque one: ARGB_8888. Fails as DRAVCFImagePromoteImage does. */
 DRAV_EXPORT void DRAVCFImageAddAlphaChannel(DRAVCFImageRef image);
 
 /* Divides the colours of an image with alpha by their alpha and sets every alpha byte to 1. The layout
- * stays ARGB_8888. Colour above its alpha is clamped, and one line a call says so on standard error. */
+ * stays ARGB_8888. Colour above its alpha is clamped, and one line a call says so on standard error.
+ * Fails as DRAVCFImagePromoteImage does. */
 DRAV_EXPORT void DRAVCFImageRemoveAlphaChannel(DRAVCFImageRef image);
 
 /* Complements every colour byte; where the image has alpha every alpha byte becomes 255. */
@@ -425,15 +427,17 @@ DRAV_EXPORT void DRAVCFImageInvert(DRAVCFImageRef image);
 /* Makes the image transparent black where it has alpha, else white. */
 DRAV_EXPORT void DRAVCFImageClear(DRAVCFImageRef image);
 
-/* A copy with its alpha removed (DRAVCFImageRemoveAlphaChannel). NULL if memory runs out. */
+/* A copy with its alpha removed (DRAVCFImageRemoveAlphaChannel). NULL if memory runs out or the image's
+ * pixels cannot be converted. */
 DRAV_EXPORT DRAVCFImageRef DRAVCFImageCopyOpaqueImage(CFAllocatorRef allocator, DRAVCFImageRef image);
 
 /* A copy with every alpha byte 255 and the premultiplied colours as they are: the image over black.
- * The platform image cached in the source is dropped. NULL if memory runs out. */
+ * The platform image cached in the source is dropped. NULL if memory runs out or pixels are not of 32 bits.
+ */
 DRAV_EXPORT DRAVCFImageRef DRAVCFImageCopyPremultipliedOpaqueImage(CFAllocatorRef allocator,
                                                                    DRAVCFImageRef image);
 
-/* The alpha as a grey image: S_8. NULL if memory runs out. */
+/* The alpha as a grey image: S_8. NULL if memory runs out or pixels are not of 32 bits. */
 DRAV_EXPORT DRAVCFImageRef DRAVCFImageCopyAlphaChannel(CFAllocatorRef allocator, DRAVCFImageRef image);
 
 /* ------------------------------------------------------------------------------------------------

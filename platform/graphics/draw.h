@@ -1,5 +1,5 @@
 // The ways in which an image is drawn. Each takes the map from image to surface and the pixels that may
-// change, and leaves the surface alone if memory runs out.
+// change, and throws std::bad_alloc with the surface as it was if memory runs out.
 #pragma once
 
 #include <CoreGraphics/CoreGraphics.h>

@@ -38,8 +38,7 @@ void drawUpright(const Surface &surface, CGImageRef image, const ExactPlacement 
   const PixelRect target = covered(place, image, clip);
   if (target.isEmpty()) return;
   const Route route = routeFor(surface, image, false);
-  const auto reader = RowReader::make(image, surface.space, route.form);
-  if (!reader) return;
+  const auto reader = openRows(surface, image, route.form);
   const ComposeRow compose = composeRowFor(surface.layout, route.form);
   const auto count = static_cast<size_t>(target.width());
   const size_t pixelBytes = bytesPerPixel(route.form);
@@ -73,8 +72,7 @@ void drawTurned(const Surface &surface, CGImageRef image, const ExactPlacement &
   const PixelRect target = covered(place, image, clip);
   if (target.isEmpty()) return;
   const RowForm form = sourceForm(surface.layout, false);
-  const auto reader = RowReader::make(image, surface.space, form);
-  if (!reader) return;
+  const auto reader = openRows(surface, image, form);
   const ComposeRow compose = composeRowFor(surface.layout, form);
   const size_t pixelBytes = bytesPerPixel(form);
   // Surface rows are image columns. Strips of image rows keep the scattered reads within a few pages.

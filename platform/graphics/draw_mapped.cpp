@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <new>
 #include <vector>
 
 #include "graphics/draw.h"
@@ -70,7 +71,7 @@ Texture makeTexture(CGImageRef image, RowReader &reader, size_t components, cons
   const AxisPart y = axisPart(seen.top, seen.bottom, whole.bottom, reduces ? std::hypot(map.c, map.d) : 1);
   Texture texture;
   if (static_cast<double>(x.samples) * static_cast<double>(y.samples * components) > kMostTextureBytes)
-    return texture;
+    throw std::bad_alloc();
   texture.width = x.samples;
   texture.height = y.samples;
   texture.bytes.resize(x.samples * y.samples * components);
@@ -171,14 +172,12 @@ void drawMapped(const Surface &surface, CGImageRef image, const Matrix &map, con
   if (target.isEmpty()) return;
   const bool isNearest = sampling == Sampling::nearest;
   const Route route = routeFor(surface, image, !isNearest);
-  const auto reader = RowReader::make(image, surface.space, route.form);
-  if (!reader) return;
+  const auto reader = openRows(surface, image, route.form);
   const size_t components = bytesPerPixel(route.form);
   const Bounds seen =
       boundsOf(*toImage, {static_cast<double>(target.left), static_cast<double>(target.top),
                           static_cast<double>(target.right), static_cast<double>(target.bottom)});
   const Texture texture = makeTexture(image, *reader, components, map, seen, !isNearest);
-  if (texture.bytes.empty()) return;
   const Matrix toTexture = then(*toImage, texture.fromImage);
   const LookUp lookUp = lookUpFor(components, isNearest);
   const ComposeRow compose = composeRowFor(surface.layout, route.form);

@@ -64,8 +64,7 @@ PixelRect coveredBy(const Matrix &map, CGImageRef image) noexcept {
 
 void drawNearest(const Surface &surface, CGImageRef image, const Matrix &map, const PixelRect &target) {
   const Route route = routeFor(surface, image, false);
-  const auto reader = RowReader::make(image, surface.space, route.form);
-  if (!reader) return;
+  const auto reader = openRows(surface, image, route.form);
   std::vector<uint32_t> columns =
       nearestSamples(acrossOf(map), CGImageGetWidth(image), target.left, target.right);
   const std::vector<uint32_t> rows =
@@ -85,8 +84,7 @@ void drawNearest(const Surface &surface, CGImageRef image, const Matrix &map, co
 void drawFiltered(const Surface &surface, CGImageRef image, const Matrix &map, const PixelRect &target,
                   FilterShape shape) {
   const Route route = routeFor(surface, image, true);
-  const auto reader = RowReader::make(image, surface.space, route.form);
-  if (!reader) return;
+  const auto reader = openRows(surface, image, route.form);
   const Resampling plan{makeAxisFilter(shape, acrossOf(map), CGImageGetWidth(image), target.left,
                                        static_cast<size_t>(target.width())),
                         makeAxisFilter(shape, downOf(map), CGImageGetHeight(image), target.top,

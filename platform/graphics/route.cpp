@@ -1,5 +1,7 @@
 #include "graphics/route.h"
 
+#include <new>
+
 namespace cg {
 
 Route routeFor(const Surface &surface, CGImageRef image, bool filtered) noexcept {
@@ -9,6 +11,12 @@ Route routeFor(const Surface &surface, CGImageRef image, bool filtered) noexcept
     }
   }
   return {sourceForm(surface.layout, filtered), false};
+}
+
+std::unique_ptr<RowReader> openRows(const Surface &surface, CGImageRef image, RowForm form) {
+  auto reader = RowReader::make(image, surface.space, form);
+  if (!reader) throw std::bad_alloc();
+  return reader;
 }
 
 }  // namespace cg

@@ -1,6 +1,7 @@
 // The way of an image's pixels onto a surface.
 #pragma once
 
+#include <memory>
 #include <vector>
 
 #include "graphics/surface.h"
@@ -13,6 +14,10 @@ struct Route {
 };
 
 Route routeFor(const Surface &surface, CGImageRef image, bool filtered) noexcept;
+
+// The image's rows in a form, in the surface's space. Throws std::bad_alloc where they cannot be had, as all
+// of drawing does before it changes the first pixel.
+std::unique_ptr<RowReader> openRows(const Surface &surface, CGImageRef image, RowForm form);
 
 // One row of the surface, from a column on: hands out memory to fill, and composes what was filled in.
 class RowStore {

@@ -29,9 +29,10 @@ bool pixelArea(const CGRect &rect, PixelArea &area) noexcept {
 
 bool walkFits(const PixelArea &area, size_t bytesPerPixel, size_t bytesPerRow, size_t bufferSize) noexcept {
   if (area.width == 0 || area.height == 0) return true;
-  const cf::Size rowEnd = cf::product(area.x + area.width, bytesPerPixel);
-  if (!rowEnd || *rowEnd > bytesPerRow) return false;
-  const cf::Size lastRow = cf::product(area.y + area.height - 1, bytesPerRow);
+  const cf::Size right = cf::sum(area.x, area.width), bottom = cf::sum(area.y, area.height - 1);
+  const cf::Size rowEnd = right ? cf::product(*right, bytesPerPixel) : std::nullopt;
+  if (!rowEnd || !bottom || *rowEnd > bytesPerRow) return false;
+  const cf::Size lastRow = cf::product(*bottom, bytesPerRow);
   const cf::Size end = lastRow ? cf::sum(*lastRow, *rowEnd) : std::nullopt;
   return end && *end <= bufferSize;
 }

@@ -20,10 +20,13 @@ void DRAVCFImageComposite(DRAVCFImageRef sourceImage, DRAVCFImageRef destination
   const CGRect wholeSource = wholeOf(job.sourceWidth, job.sourceHeight);
   const CGRect wholeDestination = wholeOf(job.destinationWidth, job.destinationHeight);
   const uint32_t pairs = count == 0 ? 1 : count;
+  const auto from = [&](uint32_t i) { return sourceRects ? sourceRects[i] : wholeSource; };
+  const auto to = [&](uint32_t i) { return destinationRects ? destinationRects[i] : wholeDestination; };
+  // Fitting changes the source. Pixels of its own are had before the first is drawn, or nothing is.
   for (uint32_t i = 0; i < pairs; ++i) {
-    const CGRect &from = sourceRects ? sourceRects[i] : wholeSource;
-    const CGRect &to = destinationRects ? destinationRects[i] : wholeDestination;
-    if (drav::needsFitting(job, from, to) && !work.own()) return;
-    drav::compositeOne(job, work.get(), from, to);
+    if (!drav::needsFitting(job, from(i), to(i))) continue;
+    if (!work.own()) return;
+    break;
   }
+  for (uint32_t i = 0; i < pairs; ++i) drav::compositeOne(job, work.get(), from(i), to(i));
 }

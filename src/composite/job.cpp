@@ -37,11 +37,11 @@ CompositeJob prepareJob(DRAVCFImageRef work, DRAVCFImageRef destination, DRAVCFB
 }
 
 bool unificationKeeps(DRAVCFImageRef work, DRAVCFImageRef destination) noexcept {
-  DRAVCFImageGetImageBuffer(destination);
-  CGColorSpaceRef space = work->colorSpace;
-  CGColorSpaceRef other = DRAVCFImageGetColorSpace(destination);
-  if (!work->buffer || !space || !other) return false;
-  if (CGColorSpaceGetNumberOfComponents(space) < CGColorSpaceGetNumberOfComponents(other)) return false;
+  if (!work->buffer || !work->colorSpace) return false;
+  // A destination without a buffer gets a colour one; whether it has alpha stays as it is.
+  const size_t components =
+      destination->buffer ? CGColorSpaceGetNumberOfComponents(destination->colorSpace) : 3;
+  if (CGColorSpaceGetNumberOfComponents(work->colorSpace) < components) return false;
   if (hasAlpha(work->alphaInfo)) return work->alphaInfo == kCGImageAlphaPremultipliedFirst;
   return !hasAlpha(DRAVCFImageGetAlphaInfo(destination));
 }

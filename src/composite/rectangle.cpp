@@ -16,6 +16,18 @@ bool fitSource(DRAVCFImageRef image, const CGRect &sourceRect, const CGRect &des
          static_cast<CGFloat>(DRAVCFImageGetHeight(image)) == size.height;
 }
 
+// Whether a function of our own would reach beyond a step of that size; and nothing moves in steps of none.
+bool stepIsTooSmall(DRAVCFCompositeFunction compositor, size_t bytesPerPixel) {
+  const drav::KernelPlace place = drav::placeOfKernel(compositor);
+  return bytesPerPixel == 0 || (place.ours && bytesPerPixel < drav::bytesPerPixel(place.format));
+}
+
+// Fitting replaces the source's buffer: a destination inside it would be gone.
+bool lieWithin(const uint8_t *address, DRAVCFImageRef image) {
+  const auto at = reinterpret_cast<uintptr_t>(address), begin = reinterpret_cast<uintptr_t>(image->buffer);
+  return image->buffer && at >= begin && at - begin < image->bufferSize;
+}
+
 }  // namespace
 
 void DRAVCFImageCompositeRect(DRAVCFImageRef sourceImage, const CGRect *sourceRect, size_t sourceWidth,
@@ -24,12 +36,14 @@ void DRAVCFImageCompositeRect(DRAVCFImageRef sourceImage, const CGRect *sourceRe
                               size_t destinationHeight, size_t destinationBytesPerRow, size_t bytesPerPixel,
                               DRAVCFCompositeFunction compositor) {
   if (!sourceRect || !destinationRect || !destinationBuffer || !compositor) return;
+  if (stepIsTooSmall(compositor, bytesPerPixel)) return;
   CGRect from = drav::clippedToImage(*sourceRect, sourceWidth, sourceHeight);
   const CGRect to = drav::clippedToImage(*destinationRect, destinationWidth, destinationHeight);
   if (!drav::hasPixels(from) || !drav::hasPixels(to)) return;
   if (!CGSizeEqualToSize(from.size, to.size)) {
-    if (!fitSource(sourceImage, from, to)) return;
-    sourceBytesPerRow = DRAVCFImageGetBytesPerRow(sourceImage);
+    if (lieWithin(destinationBuffer, sourceImage) || !fitSource(sourceImage, from, to)) return;
+    if (!DRAVCFImageGetImageBuffer(sourceImage)) return;
+    sourceBytesPerRow = sourceImage->bytesPerRow;
     from = CGRectMake(0, 0, CGRectGetWidth(to), CGRectGetHeight(to));
   }
   const uint8_t *source = DRAVCFImageGetImageBuffer(sourceImage);

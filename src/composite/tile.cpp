@@ -73,8 +73,19 @@ class FittedSources {
   FittedSources(DRAVCFImageRef work, const drav::CompositeJob &job, const CGRect &sourceRect)
       : work_(work), bytesPerPixel_(job.bytesPerPixel) {
     hasArea_ = drav::pixelArea(drav::clippedToImage(sourceRect, job.sourceWidth, job.sourceHeight), area_);
+    // Sides beyond the whole numbers of float clip to more than there is.
+    hasArea_ = hasArea_ && area_.y + area_.height <= job.sourceHeight;
     // The rectangle counts rows from the top, and cropping counts them from the bottom.
     if (hasArea_) area_.y = job.sourceHeight - (area_.y + area_.height);
+  }
+
+  // Whether cutting pixels out is what cropping does: in the working layouts, and where there is a whole
+  // area.
+  [[nodiscard]] bool canStandIn() const {
+    const bool isWorkingLayout =
+        work_->bitsPerComponent == 8 && (work_->bitsPerPixel == 8 || work_->bitsPerPixel == 32);
+    return hasArea_ && isWorkingLayout &&
+           drav::walkFits(area_, bytesPerPixel_, work_->bytesPerRow, work_->bufferSize);
   }
 
   // An image of that size; NULL if it cannot be made.
@@ -94,7 +105,7 @@ class FittedSources {
   };
 
   [[nodiscard]] cf::Ref<DRAVCFImageRef> make(CGSize size) const {
-    cf::Ref image = hasArea_ ? cropped() : nullptr;
+    cf::Ref image = cropped();
     if (!image) return nullptr;
     DRAVCFImageScaleToSize(image.get(), size);
     const bool fits = static_cast<CGFloat>(image->width) == size.width &&
@@ -104,7 +115,6 @@ class FittedSources {
 
   [[nodiscard]] cf::Ref<DRAVCFImageRef> cropped() const {
     CFAllocatorRef allocator = CFGetAllocator(work_);
-    if (!drav::walkFits(area_, bytesPerPixel_, work_->bytesPerRow, work_->bufferSize)) return nullptr;
     const size_t rowBytes = area_.width * bytesPerPixel_;
     const cf::Size size = cf::bitmapBytes(rowBytes, area_.height);
     cf::Ref image = cf::adopt(DRAVCFImageCreate(allocator));
@@ -139,8 +149,7 @@ void compositeFitted(const drav::CompositeJob &job, DRAVCFImageRef fitted, const
 }
 
 void tileAtOnce(DRAVCFImageRef work, const drav::CompositeJob &job, const CGRect &sourceRect,
-                const Grid &grid) {
-  FittedSources fittedSources(work, job, sourceRect);
+                FittedSources &fittedSources, const Grid &grid) {
   for (uint32_t row = 0; row < grid.rows; ++row) {
     for (uint32_t column = 0; column < grid.columns; ++column) {
       const CGRect tile = grid.at(column, row);
@@ -168,5 +177,11 @@ void DRAVCFImageTile(DRAVCFImageRef sourceImage, DRAVCFImageRef destinationImage
   const drav::WorkImage work = drav::WorkImage::forReading(sourceImage, destinationImage);
   if (!work) return;
   const drav::CompositeJob job = drav::prepareJob(work.get(), destinationImage, mode);
-  if (job.compositor) tileAtOnce(work.get(), job, sourceRect, grid);
+  if (!job.compositor) return;
+  FittedSources fittedSources(work.get(), job, sourceRect);
+  if (fittedSources.canStandIn()) {
+    tileAtOnce(work.get(), job, sourceRect, fittedSources, grid);
+  } else {
+    tilePlainly(sourceImage, destinationImage, sourceRect, grid, mode);
+  }
 }

@@ -17,15 +17,26 @@ cf::Size packedRowBytes(size_t width, size_t bitsPerComponent, CGColorSpaceRef s
 
 // Gives the context zeroed memory of its own. False if there is none.
 bool allocateBuffer(DRAVCFContextRef context, cf::Size size) {
-  context->buffer = drav::allocateBytes(kCFAllocatorDefault, size);
-  if (!context->buffer) return false;
-  context->bufferAllocator = cf::share(CFAllocatorGetDefault()).give();
+  const cf::Ref memory = drav::allocateMemory(kCFAllocatorDefault, size);
+  if (!memory) return false;
+  context->buffer = drav::bytesOf(memory.get());
   context->ownsBuffer = 1;
+  context->ownMemory = cf::share(memory.get()).give();
+  context->drawnMemory = cf::share(memory.get()).give();
   std::memset(context->buffer, 0, *size);
   return true;
 }
 
 }  // namespace
+
+cf::Ref<CFDataRef> drav::allocateMemory(CFAllocatorRef allocator, cf::Size size) noexcept {
+  Block block(allocator, size);
+  if (!block) return nullptr;
+  cf::Ref memory =
+      cf::adopt(CFDataCreateWithBytesNoCopy(allocator, block.get(), static_cast<CFIndex>(*size), allocator));
+  if (memory) static_cast<void>(block.give());  // the data object frees it
+  return memory;
+}
 
 DRAVCFContextRef DRAVCFContextCreate(CFAllocatorRef allocator, size_t width, size_t height, uint8_t *buffer,
                                      size_t bitsPerComponent, size_t bytesPerRow, CGColorSpaceRef colorSpace,

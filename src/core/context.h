@@ -4,15 +4,30 @@
 #include <CoreFoundation/CFRuntime.h>
 #include <DravKit/DravKit.h>
 
+#include "foundation/ref.h"
+#include "foundation/sizes.h"
+
 struct __DRAVCFContext {
   CFRuntimeBase base;
   CGContextRef cgContext;  // owned
   uint8_t *buffer;         // what cgContext draws into, or for a copy memory of its own
-  uint32_t ownsBuffer;     // 1: bufferAllocator gave buffer and gets it back
-  // Owned while ownsBuffer is set. A context made without a buffer takes it from the default allocator, a
-  // copy from the allocator it was asked for; giving it back to another one would be wrong for either.
-  CFAllocatorRef bufferAllocator;
+  uint32_t ownsBuffer;     // 1: buffer is in ownMemory
+  // Owned. Gives buffer back to the allocator that it came from: the default one for a context made without
+  // a buffer, for a copy the one it was asked for.
+  CFDataRef ownMemory;
+  // Owned. What cgContext draws into, where a context owns that: a copy draws there still when its source
+  // is gone.
+  CFDataRef drawnMemory;
 };
+
+namespace drav {
+
+// Memory that an allocator gave, counted, so that contexts can share it; empty if memory runs out.
+cf::Ref<CFDataRef> allocateMemory(CFAllocatorRef allocator, cf::Size size) noexcept;
+
+inline uint8_t *bytesOf(CFDataRef memory) noexcept { return const_cast<uint8_t *>(CFDataGetBytePtr(memory)); }
+
+}  // namespace drav
 
 // Class callbacks and private creation; the class keeps their names.
 DRAVCFContextRef DRAVCFContextCreatePrivate(CFAllocatorRef allocator);

@@ -1,5 +1,4 @@
 // The drawing context class: registration and callbacks.
-#include "core/block.h"
 #include "core/context.h"
 #include "core/runtime_class.h"
 #include "foundation/ref.h"
@@ -42,13 +41,15 @@ CFTypeRef DRAVCFContextCopy(CFAllocatorRef allocator, CFTypeRef source) {
   cf::Ref copy = cf::adopt(DRAVCFContextCreatePrivate(allocator));
   if (!copy) return nullptr;
   copy->cgContext = cf::share(from.cgContext).give();
+  copy->drawnMemory = cf::share(from.drawnMemory).give();
   if (!from.buffer || !from.cgContext) return copy.give();
   const size_t bytesPerRow = CGBitmapContextGetBytesPerRow(from.cgContext);
-  copy->buffer =
-      drav::allocateBytes(allocator, cf::bitmapBytes(bytesPerRow, CGBitmapContextGetHeight(from.cgContext)));
-  if (!copy->buffer) return nullptr;
+  const size_t height = CGBitmapContextGetHeight(from.cgContext);
+  cf::Ref memory = drav::allocateMemory(allocator, cf::bitmapBytes(bytesPerRow, height));
+  if (!memory) return nullptr;
+  copy->buffer = drav::bytesOf(memory.get());
+  copy->ownMemory = memory.give();
   copy->ownsBuffer = 1;
-  copy->bufferAllocator = cf::share(CFGetAllocator(copy.get())).give();
   return copy.give();
 }
 
@@ -56,10 +57,8 @@ void DRAVCFContextFinalize(CFTypeRef object) {
   auto *context = cf::mutableIn<__DRAVCFContext>(object);
   CGContextRelease(context->cgContext);
   context->cgContext = nullptr;
-  if (context->ownsBuffer && context->buffer) {
-    const cf::Ref giver = cf::adopt(context->bufferAllocator);
-    CFAllocatorDeallocate(giver.get(), context->buffer);
-  }
+  const cf::Ref own = cf::adopt(context->ownMemory);
+  const cf::Ref drawn = cf::adopt(context->drawnMemory);
   context->buffer = nullptr;
 }
 

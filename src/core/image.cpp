@@ -5,6 +5,25 @@
 #include "foundation/sizes.h"
 
 namespace drav {
+namespace {
+
+void releaseBlockAndAllocator(void *info, const void *data, size_t size) {
+  const cf::Ref<CFAllocatorRef> allocator = cf::adopt(static_cast<CFAllocatorRef>(info));
+  DRAVCFReleaseImageBuffer(info, data, size);
+}
+
+}  // namespace
+
+cf::Ref<CGDataProviderRef> providerOf(CFAllocatorRef allocator, Block block, size_t size) noexcept {
+  cf::Ref kept = cf::share(allocator);
+  auto *info = const_cast<void *>(static_cast<const void *>(allocator));
+  cf::Ref provider =
+      cf::adopt(CGDataProviderCreateWithData(info, block.get(), size, releaseBlockAndAllocator));
+  if (!provider) return nullptr;
+  static_cast<void>(block.give());  // both are the provider's now
+  static_cast<void>(kept.give());
+  return provider;
+}
 
 size_t componentsInMemory(CGColorSpaceRef space) noexcept {
   const size_t components = CGColorSpaceGetNumberOfComponents(space);

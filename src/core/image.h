@@ -4,6 +4,9 @@
 #include <CoreFoundation/CFRuntime.h>
 #include <DravKit/DravKit.h>
 
+#include "core/block.h"
+#include "foundation/ref.h"
+
 // cgImage and buffer show the same pixels when both are there; one alone is the truth. Whoever writes into
 // buffer drops cgImage. Fields bufferSize to alphaInfo describe buffer, and nothing else may be used to walk
 // it: the getters describe cgImage when that is there, whose rows may be padded and whose depth may differ.
@@ -41,6 +44,10 @@ bool bufferIsWhole(DRAVCFImageRef image) noexcept;
 
 // Whether the buffer can be walked in steps of four bytes a pixel.
 bool bufferHas32BitPixels(DRAVCFImageRef image) noexcept;
+
+// A data provider that takes over a block of the allocator's, and keeps the allocator for giving it back: a
+// platform image may outlive the image that made it. Empty, with the block freed, if memory runs out.
+cf::Ref<CGDataProviderRef> providerOf(CFAllocatorRef allocator, Block block, size_t size) noexcept;
 
 // Sets every byte of the buffer: transparent black where the image has alpha, else white.
 void clearBuffer(DRAVCFImageRef image) noexcept;

@@ -58,8 +58,7 @@ bool drawIntoBuffer(DRAVCFImageRef image) {
   if (!drawing) return false;
   const CGRect whole =
       CGRectMake(0, 0, static_cast<CGFloat>(image->width), static_cast<CGFloat>(image->height));
-  CGContextDrawImage(drawing, whole, image->cgImage);
-  return true;
+  return CGContextTryDrawImage(drawing, whole, image->cgImage);
 }
 
 // The record is clear of a buffer here. Gives false with the record half filled.

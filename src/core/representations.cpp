@@ -1,5 +1,6 @@
 // The two forms of an image: the platform image and the buffer, made from each other and dropped.
 #include <cstring>
+#include <utility>
 
 #include "core/block.h"
 #include "core/image.h"
@@ -34,11 +35,8 @@ CGImageRef DRAVCFImageGetCGImage(DRAVCFImageRef image) {
   drav::Block copy(allocator, image->bufferSize);
   if (!copy) return nullptr;
   std::memcpy(copy.get(), image->buffer, image->bufferSize);
-  auto *info = const_cast<void *>(static_cast<const void *>(allocator));
-  cf::Ref provider =
-      cf::adopt(CGDataProviderCreateWithData(info, copy.get(), image->bufferSize, DRAVCFReleaseImageBuffer));
+  const cf::Ref provider = drav::providerOf(allocator, std::move(copy), image->bufferSize);
   if (!provider) return nullptr;
-  static_cast<void>(copy.give());  // the provider frees it
   image->cgImage =
       CGImageCreate(image->width, image->height, image->bitsPerComponent, image->bitsPerPixel,
                     image->bytesPerRow, image->colorSpace, static_cast<CGBitmapInfo>(image->alphaInfo),

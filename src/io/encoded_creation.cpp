@@ -1,6 +1,7 @@
 // Images from encoded files and data, and back.
 #include "core/image.h"
 #include "foundation/ref.h"
+#include "io/loader.h"
 #include "io/path_url.h"
 
 namespace {
@@ -34,6 +35,7 @@ DRAVCFImageRef create(CFAllocatorRef allocator, Source source, DRAVCFImageFormat
   if (!source || format > kDRAVCFImageFormatJPEG) return nullptr;
   cf::Ref image = cf::adopt(DRAVCFImageCreate(allocator));
   if (!image) return nullptr;
+  const drav::ReportDamageOnce once;
   image->cgImage = loadWith(loaders.byFormat[format], allocator, source);
   if (!image->cgImage) image->cgImage = loadWith(loaders.unknown, allocator, source);
   return image->cgImage ? image.give() : nullptr;

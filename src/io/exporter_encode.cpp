@@ -6,6 +6,7 @@
 #include "io/owners.h"
 
 #include <cstring>
+#include <utility>
 
 namespace {
 
@@ -41,11 +42,8 @@ CGImageRef unpremultipliedImage(DRAVCFImageRef image) {
   if (!copy) return nullptr;
   std::memcpy(copy.get(), image->buffer, image->bufferSize);
   DRAVCFUnpremultiplyARGBBuffer(copy.get(), image->bufferSize);
-  auto *info = const_cast<void *>(static_cast<const void *>(allocator));
-  const cf::Ref provider =
-      cf::adopt(CGDataProviderCreateWithData(info, copy.get(), image->bufferSize, DRAVCFReleaseImageBuffer));
+  const cf::Ref provider = drav::providerOf(allocator, std::move(copy), image->bufferSize);
   if (!provider) return nullptr;
-  static_cast<void>(copy.give());  // the provider frees it
   return CGImageCreate(image->width, image->height, image->bitsPerComponent, image->bitsPerPixel,
                        image->bytesPerRow, image->colorSpace,
                        static_cast<CGBitmapInfo>(kCGImageAlphaPremultipliedFirst), provider.get(), nullptr,

@@ -26,11 +26,24 @@ struct __DRAVCFImageLoader {
 
 DRAVCFImageLoaderRef DRAVCFImageLoaderCreate(CFAllocatorRef allocator);
 
+namespace drav {
+
+// While one of these lives, a damaged picture is reported once on this thread, however many loaders try it.
+class ReportDamageOnce {
+ public:
+  ReportDamageOnce() noexcept;
+  ~ReportDamageOnce();
+  ReportDamageOnce(const ReportDamageOnce &) = delete;
+  ReportDamageOnce &operator=(const ReportDamageOnce &) = delete;
+};
+
+}  // namespace drav
+
 // Opens the importer that recognises what the data reference stands for, and loads with it.
 Boolean DRAVCFImageLoaderLoadImageCommon(DRAVCFImageLoaderRef loader, Handle dataReference,
                                          OSType dataReferenceType);
 
-// Loads with the importer that the loader holds: the four steps below.
+// Loads with the importer that the loader holds: the three steps below.
 Boolean DRAVCFImageLoaderLoadFromGraphicsImporter(DRAVCFImageLoaderRef loader);
 
 // Chooses the layout, and makes the buffer and the colour space.

@@ -4,22 +4,25 @@
 #include "io/loader_layout.h"
 #include "io/owners.h"
 #include "io/path_url.h"
+#include "media/codecs/limits.h"
 
 namespace {
 
 constexpr CFIndex kPICTFileHeaderBytes = 512;
 
-// Appends what the stream gives. An error ends it like the end of the file does: the importer judges.
-void appendStream(CFMutableDataRef data, CFReadStreamRef stream) {
-  if (!CFReadStreamOpen(stream)) return;
+// Appends what the stream gives. A reading error ends it like the end of the file does: the importer judges
+// what is there. False if it is more than memory or the limits allow.
+bool appendStream(CFMutableDataRef data, CFReadStreamRef stream) {
+  if (!CFReadStreamOpen(stream)) return true;
+  const uint64_t most = CGImageGetDecodeLimits().memoryBytes;
   for (;;) {
     CFIndex length = 0;
     const UInt8 *bytes = CFReadStreamGetBuffer(stream, 0, &length);
-    if (!bytes || length <= 0) return;
-    const CFIndex before = CFDataGetLength(data);
+    if (!bytes || length <= 0) return true;
+    const CFIndex expected = CFDataGetLength(data) + length;
+    if (static_cast<uint64_t>(expected) > most) return false;
     CFDataAppendBytes(data, bytes, length);
-    // Without the memory for more, reading on would only go on failing.
-    if (CFDataGetLength(data) == before) return;
+    if (CFDataGetLength(data) != expected) return false;
   }
 }
 
@@ -28,7 +31,7 @@ cf::Ref<CFMutableDataRef> readFile(CFAllocatorRef allocator, CFURLRef url) {
   cf::Ref data = cf::adopt(CFDataCreateMutable(allocator, 0));
   if (!data) return nullptr;
   const cf::Ref stream = cf::adopt(CFReadStreamCreateWithFile(allocator, url));
-  if (stream) appendStream(data.get(), stream.get());
+  if (stream && !appendStream(data.get(), stream.get())) return nullptr;
   return data;
 }
 
@@ -74,6 +77,7 @@ DRAVCFImageLoaderRef DRAVCFCreatePICTImageLoaderFromData(CFAllocatorRef allocato
   if (!file) return nullptr;
   CFDataIncreaseLength(file.get(), kPICTFileHeaderBytes);
   CFDataAppendBytes(file.get(), CFDataGetBytePtr(data), CFDataGetLength(data));
+  if (CFDataGetLength(file.get()) != kPICTFileHeaderBytes + CFDataGetLength(data)) return nullptr;
   return DRAVCFCreateFormattedImageLoaderFromData(allocator, file.get(), drav::kPICTSubtype);
 }
 

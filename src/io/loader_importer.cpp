@@ -16,13 +16,22 @@ constexpr int32_t kHandleBasedLocation = 2;
 
 void __ImageBufferRelease(void *, const void *data, size_t) { std::free(const_cast<void *>(data)); }
 
+thread_local bool reportsOnce = false;
+thread_local bool hasReported = false;
+
+void reportDamage() {
+  if (reportsOnce && hasReported) return;
+  hasReported = true;
+  std::fprintf(stderr, "Corrupt PICT data found, cannot load image\n");
+}
+
 // The importer's description, depth included; empty, with the one message there is, if it has none.
 drav::HandleOwner describe(GraphicsImportComponent importer) {
   ImageDescriptionHandle description = nullptr;
   const ComponentResult error = GraphicsImportGetImageDescription(importer, &description);
   drav::HandleOwner owner(reinterpret_cast<Handle>(description));
   if (error == noErr && description && *description) return owner;
-  if (error == kCorruptPicture) std::fprintf(stderr, "Corrupt PICT data found, cannot load image\n");
+  if (error == kCorruptPicture) reportDamage();
   return {};
 }
 
@@ -75,6 +84,12 @@ Rect bounds(DRAVCFImageLoaderRef loader) {
 }
 
 }  // namespace
+
+drav::ReportDamageOnce::ReportDamageOnce() noexcept {
+  reportsOnce = true;
+  hasReported = false;
+}
+drav::ReportDamageOnce::~ReportDamageOnce() { reportsOnce = false; }
 
 Boolean DRAVCFImageLoaderReadBitmapInfo(DRAVCFImageLoaderRef loader) {
   ComponentDescription component{};

@@ -35,9 +35,8 @@ void DRAVCFImageConvertToGrayscale(DRAVCFImageRef image) {
   const cf::Ref context = cf::adopt(
       DRAVCFContextCreate(allocator, width, height, buffer.get(), 8, width, gray.get(), kCGImageAlphaNone));
   CGContextRef drawing = context ? DRAVCFContextGetCGContext(context.get()) : nullptr;
-  if (!drawing) return;
-  CGContextDrawImage(drawing, CGRectMake(0, 0, static_cast<CGFloat>(width), static_cast<CGFloat>(height)),
-                     cgImage);
+  const CGRect whole = CGRectMake(0, 0, static_cast<CGFloat>(width), static_cast<CGFloat>(height));
+  if (!drawing || !CGContextTryDrawImage(drawing, whole, cgImage)) return;
   drav::installBuffer(image,
                       {buffer.give(), *size, width, height, 8, 8, width, gray.give(), kCGImageAlphaNone});
 }

@@ -47,8 +47,7 @@ void redraw(DRAVCFImageRef image, size_t width, size_t height, CGRect rect) {
       cf::adopt(DRAVCFContextCreate(allocator, width, height, buffer.get(), layout.bitsPerComponent,
                                     *layout.bytesPerRow, space.get(), layout.alphaInfo));
   CGContextRef drawing = context ? DRAVCFContextGetCGContext(context.get()) : nullptr;
-  if (!drawing) return;
-  CGContextDrawImage(drawing, rect, DRAVCFImageGetCGImage(image));
+  if (!drawing || !CGContextTryDrawImage(drawing, rect, DRAVCFImageGetCGImage(image))) return;
   drav::installBuffer(image, {buffer.give(), *layout.bufferSize, width, height, layout.bitsPerComponent,
                               layout.bitsPerPixel, *layout.bytesPerRow, space.give(), layout.alphaInfo});
 }
@@ -74,6 +73,7 @@ bool alignRepresentations(DRAVCFImageRef image) {
   if (!DRAVCFImageGetImageBuffer(image)) return false;
   CGImageRef cgImage = image->cgImage;
   if (cgImage && (CGImageGetBytesPerRow(cgImage) != image->bytesPerRow ||
+                  CGImageGetBitsPerComponent(cgImage) != image->bitsPerComponent ||
                   CGImageGetBitsPerPixel(cgImage) != image->bitsPerPixel)) {
     DRAVCFImageInvalidateImage(image);
   }
@@ -117,7 +117,7 @@ void DRAVCFImageFlipVertically(DRAVCFImageRef image) {
   if (!drawing) return;
   CGContextTranslateCTM(drawing, 0, height);
   CGContextScaleCTM(drawing, 1, -1);
-  CGContextDrawImage(drawing, CGRectMake(0, 0, width, height), cgImage);
+  if (!CGContextTryDrawImage(drawing, CGRectMake(0, 0, width, height), cgImage)) return;
   DRAVCFImageInvalidateImage(image);
   std::memmove(image->buffer, DRAVCFContextGetBuffer(context.get()), image->bufferSize);
 }

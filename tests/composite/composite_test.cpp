@@ -1,4 +1,4 @@
-// Composite and tile of whole images: the stated cases by hand, and thousands of random ones against the
+// Composite and tile of whole images: known cases by hand, and thousands of random ones against the
 // plain form.
 #include <gtest/gtest.h>
 
@@ -316,16 +316,70 @@ TEST(Tile, TheLastTileReachesBeyondItsRectangle) {
   for (size_t x = 0; x < 40; ++x) EXPECT_EQ(row[x], x >= 2 && x < 32 ? 50 : 0) << x;
 }
 
-TEST(Tile, EachCornerBeginsWhereItsNameSays) {
-  // One bright column and row mark a tile's own top left.
-  const auto firstBright = [](uint32_t corner) {
-    const cf::Ref source = makeGrayImage(4, 4, {9, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1});
-    const cf::Ref destination = makeGrayImage(10, 10, Bytes(100, 0));
-    DRAVCFImageTile(source.get(), destination.get(), CGRectMake(0, 0, 4, 4), CGRectMake(3, 3, 4, 4),
-                    kDRAVCFBlendModeCopySrc, corner);
-    return bufferOf(destination.get());
-  };
-  for (uint32_t corner = 0; corner < 4; ++corner) EXPECT_EQ(firstBright(corner)[33], 9) << corner;
+// The places of the top left pixels of all tiles of 4 x 4, row by row.
+std::vector<std::pair<size_t, size_t>> tilePlaces(uint32_t corner, CGRect area) {
+  Bytes tile(16, 1);
+  tile[0] = 9;
+  const cf::Ref source = makeGrayImage(4, 4, tile), destination = makeGrayImage(20, 20, Bytes(400, 0));
+  DRAVCFImageTile(source.get(), destination.get(), CGRectMake(0, 0, 4, 4), area, kDRAVCFBlendModeCopySrc,
+                  corner);
+  std::vector<std::pair<size_t, size_t>> places;
+  for (size_t i = 0; i < 400; ++i)
+    if (destination->buffer[i] == 9) places.emplace_back(i % 20, i / 20);
+  return places;
+}
+
+TEST(Tile, EachCornerBeginsThereAndOverhangsOppositeOfIt) {
+  using Places = std::vector<std::pair<size_t, size_t>>;
+  const CGRect area = CGRectMake(5, 6, 6, 6);  // two tiles each way, two pixels too long
+  EXPECT_EQ(tilePlaces(0, area), (Places{{5, 4}, {9, 4}, {5, 8}, {9, 8}}));
+  EXPECT_EQ(tilePlaces(1, area), (Places{{3, 4}, {7, 4}, {3, 8}, {7, 8}}));
+  EXPECT_EQ(tilePlaces(2, area), (Places{{5, 6}, {9, 6}, {5, 10}, {9, 10}}));
+  EXPECT_EQ(tilePlaces(3, area), (Places{{3, 6}, {7, 6}, {3, 10}, {7, 10}}));
+}
+
+TEST(Tile, OfASourceTallerThanFloatsCountGivesTheBytesOfThePlainForm) {
+  constexpr size_t kTall = 16777219;
+  const cf::Ref source = makeGrayImage(1, kTall, Bytes(kTall, 7));
+  const cf::Ref destination = makeGrayImage(1, 10, Bytes(10, 1)),
+                expected = makeGrayImage(1, 10, Bytes(10, 1));
+  const CGRect from = CGRectMake(0, 0, 1, 16777220), to = CGRectMake(0, 0, 1, 10);
+  DRAVCFImageTile(source.get(), destination.get(), from, to, kDRAVCFBlendModeCopySrc, 2);
+  plainTile(source.get(), expected.get(), from, to, kDRAVCFBlendModeCopySrc, 2);
+  EXPECT_EQ(bufferOf(destination.get()), bufferOf(expected.get()));
+}
+
+TEST(Composite, OfPixelsSmallerThanTheirLayoutSaysDrawsNothing) {
+  for (size_t bits : {0u, 8u, 16u, 24u}) {
+    const Bytes bytes(12, 5);
+    const auto make = [&] {
+      cf::Ref image = makeBufferImage(2, 1, 24, displaySpace().get(), kCGImageAlphaNoneSkipFirst, bytes);
+      image->bitsPerPixel = bits;
+      return image;
+    };
+    const cf::Ref source = make(), destination = make();
+    DRAVCFImageComposite(source.get(), destination.get(), nullptr, nullptr, 1, kDRAVCFBlendModeClear);
+    EXPECT_EQ(bufferOf(destination.get()), Bytes(6, 5)) << bits;
+  }
+}
+
+TEST(CompositeRect, OntoTheSourcesOwnBufferAtAnotherSizeDrawsNothing) {
+  const cf::Ref image = makeGrayImage(4, 4, Bytes(16, 7));
+  const CGRect from = CGRectMake(0, 0, 4, 4), to = CGRectMake(0, 0, 2, 2);
+  DRAVCFImageCompositeRect(image.get(), &from, 4, 4, 4, image->buffer, &to, 4, 4, 4, 1,
+                           DRAVCFImageCompositorForParameters(1, 0, 0));
+  EXPECT_EQ(bufferOf(image.get()), Bytes(16, 7));
+}
+
+TEST(Composite, OfASourceThatCannotBeCopiedLeavesTheDestination) {
+  const cf::Ref space = graySpace();
+  const cf::Ref alphaOnly = makeCGImage({1, 1, 8, 8, 1, nullptr, kCGImageAlphaOnly}, {5});
+  const cf::Ref source = cf::adopt(DRAVCFImageCreateWithImage(nullptr, alphaOnly.get()));
+  const cf::Ref gray = makeCGImage({1, 1, 8, 8, 1, space.get(), kCGImageAlphaNone}, {6});
+  const cf::Ref destination = cf::adopt(DRAVCFImageCreateWithImage(nullptr, gray.get()));
+  DRAVCFImageComposite(source.get(), destination.get(), nullptr, nullptr, 1, kDRAVCFBlendModeCopySrc);
+  EXPECT_EQ(destination->buffer, nullptr);
+  EXPECT_EQ(destination->cgImage, gray.get());
 }
 
 TEST(Tile, OfAWidthBelowOneOrAnUnknownCornerDoesNothing) {
@@ -343,9 +397,24 @@ TEST(Tile, OfRectanglesThatAreNoNumbersDoesNothing) {
   for (float odd : {std::nanf(""), HUGE_VALF, -HUGE_VALF, 3e38f}) {
     DRAVCFImageTile(source.get(), destination.get(), CGRectMake(0, 0, odd, 1), one, 1, 2);
     DRAVCFImageTile(source.get(), destination.get(), one, CGRectMake(0, 0, 1, odd), 1, 0);
-    DRAVCFImageComposite(source.get(), destination.get(), nullptr, nullptr, 0, 2);
+    const CGRect strange = CGRectMake(odd, 0, 1, odd);
+    DRAVCFImageComposite(source.get(), destination.get(), &strange, &one, 1, kDRAVCFBlendModeCopyDest);
   }
   EXPECT_EQ(bufferOf(destination.get()), (Bytes{9}));
+}
+
+TEST(CompositeAllocation, FailingForALaterRectangleDrawsNoneOfThem) {
+  testing_support::forEachFailedAllocation([&](CFAllocatorRef allocator, long) {
+    const cf::Ref source = makeGrayImage(4, 4, Bytes(16, 7), allocator);
+    if (!source) return;
+    const cf::Ref destination = makeGrayImage(6, 6, Bytes(36, 1));
+    const CGRect from[] = {CGRectMake(0, 0, 2, 2), CGRectMake(0, 0, 4, 4)};
+    const CGRect to[] = {CGRectMake(0, 0, 2, 2), CGRectMake(3, 3, 3, 3)};
+    DRAVCFImageComposite(source.get(), destination.get(), from, to, 2, kDRAVCFBlendModeCopySrc);
+    const Bytes drawn = bufferOf(destination.get());
+    // A crop or scale that fails leaves its own rectangle out; memory for the copy must be had before.
+    EXPECT_TRUE(drawn == Bytes(36, 1) || drawn[0] == 7);
+  });
 }
 
 TEST(CompositeAllocation, FailingAnywhereLeavesTheSourceAndAWholeDestination) {

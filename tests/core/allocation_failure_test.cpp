@@ -1,8 +1,9 @@
-// Every allocation of every creating or changing operation fails once: the stated result, nothing leaked.
+// Every allocation of every creating or changing operation fails once: the documented result, nothing leaked.
 #include <gtest/gtest.h>
 
 #include "core/context.h"
 #include "failing_allocator.h"
+#include "failing_new.h"
 #include "images.h"
 
 namespace {
@@ -69,6 +70,29 @@ TEST(AllocationFailure, OfPromotionFromAPlatformImageLeavesItAndNoBuffer) {
     EXPECT_EQ(image->alphaInfo, kCGImageAlphaPremultipliedFirst);
   });
   EXPECT_TRUE(failedOnce);
+}
+
+TEST(AllocationFailure, OfDrawingFailsThePromotionToo) {
+  const cf::Ref space = deviceRGBSpace();
+  const cf::Ref cgImage =
+      makeCGImage({2, 1, 8, 32, 8, space.get(), kCGImageAlphaLast}, {1, 2, 3, 255, 4, 5, 6, 51});
+  bool failed = true;
+  int failures = 0;
+  for (long n = 1; failed; ++n) {
+    const cf::Ref image = cf::adopt(DRAVCFImageCreateWithImage(nullptr, cgImage.get()));
+    {
+      const testing_support::FailingNew failing(n);
+      DRAVCFImagePromoteImage(image.get(), 1, 1);
+      failed = failing.failed();
+    }
+    if (image->buffer) {
+      EXPECT_EQ(bufferOf(image.get()), (Bytes{255, 1, 2, 3, 51, 1, 1, 1})) << n;
+      continue;
+    }
+    ++failures;
+    EXPECT_EQ(image->cgImage, cgImage.get()) << n;
+  }
+  EXPECT_GT(failures, 0);
 }
 
 TEST(AllocationFailure, OfPromotionFromABufferLosesThePixelsOnlyWithoutAPlatformImage) {

@@ -95,6 +95,18 @@ TEST(ContextClass, ACopySharesTheBitmapContextAndHasMemoryOfItsOwn) {
   EXPECT_EQ(CFHash(context.get()), CFHash(context->cgContext));
 }
 
+TEST(ContextClass, ACopyDrawsStillWhenItsSourceIsGone) {
+  cf::Ref context = makeContext(1, 1, nullptr, 0, nullptr, kCGImageAlphaPremultipliedFirst);
+  const cf::Ref copy =
+      cf::adopt(static_cast<DRAVCFContextRef>(const_cast<void *>(DRAVCFContextCopy(nullptr, context.get()))));
+  context.reset();
+  const cf::Ref space = displaySpace();
+  const cf::Ref red = makeCGImage({1, 1, 8, 32, 4, space.get(), kCGImageAlphaNoneSkipFirst}, {0, 255, 0, 0});
+  CGContextDrawImage(copy->cgContext, CGRectMake(0, 0, 1, 1), red.get());
+  const auto *drawn = static_cast<const uint8_t *>(CGBitmapContextGetData(copy->cgContext));
+  EXPECT_EQ(Bytes(drawn, drawn + 4), (Bytes{255, 255, 0, 0}));
+}
+
 TEST(ContextClass, ACopyOfNothingIsNothing) { EXPECT_EQ(DRAVCFContextCopy(nullptr, nullptr), nullptr); }
 
 TEST(ContextClass, AContextWithoutABitmapContextEqualsOnlyItself) {

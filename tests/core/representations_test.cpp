@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "failing_allocator.h"
 #include "images.h"
 
 namespace {
@@ -17,6 +18,22 @@ TEST(Representations, ThePlatformImageIsBuiltFromACopyOfTheBuffer) {
   EXPECT_EQ(CFDataGetBytePtr(data.get())[1], 1);
   EXPECT_TRUE(CGImageGetShouldInterpolate(built));
   EXPECT_EQ(CGImageGetRenderingIntent(built), kCGRenderingIntentDefault);
+}
+
+TEST(Representations, ThePlatformImageMayOutliveTheImageAndItsAllocator) {
+  cf::Ref<CGImageRef> kept;
+  {
+    testing_support::FailingAllocator *allocator = new testing_support::FailingAllocator;
+    {
+      const cf::Ref image = makeARGBImage(1, 1, {255, 1, 2, 3}, allocator->get());
+      kept = cf::share(DRAVCFImageGetCGImage(image.get()));
+    }
+    EXPECT_EQ(CFGetRetainCount(allocator->get()), 2) << "the pixels keep their allocator";
+    const cf::Ref data = cf::adopt(CGDataProviderCopyData(CGImageGetDataProvider(kept.get())));
+    EXPECT_EQ(CFDataGetBytePtr(data.get())[1], 1);
+    kept.reset();
+    delete allocator;
+  }
 }
 
 TEST(Representations, AfterAWriteTheInvalidatedImageIsRebuilt) {

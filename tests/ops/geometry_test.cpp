@@ -4,6 +4,7 @@
 
 #include "core/images.h"
 #include "failing_allocator.h"
+#include "failing_new.h"
 
 namespace {
 
@@ -216,6 +217,38 @@ TEST(Flip, OfAPlatformImageWithPaddedRowsKeepsTheBufferPacked) {
   const cf::Ref image = cf::adopt(DRAVCFImageCreateWithImage(nullptr, cgImage.get()));
   DRAVCFImageFlipVertically(image.get());
   EXPECT_EQ(bufferOf(image.get()), (Bytes{255, 20, 0, 0, 255, 10, 0, 0}));
+}
+
+TEST(GeometryAllocation, OfDrawingLeavesTheImageAsItWas) {
+  const auto check = [](auto operation) {
+    bool failed = true;
+    int kept = 0;
+    for (long n = 1; failed; ++n) {
+      const cf::Ref image = placeImage(4, 3);
+      const Bytes before = bufferOf(image.get());
+      ASSERT_NE(DRAVCFImageGetCGImage(image.get()), nullptr);
+      {
+        const testing_support::FailingNew failing(n);
+        operation(image.get());
+        failed = failing.failed();
+      }
+      if (failed) {
+        EXPECT_EQ(bufferOf(image.get()), before) << n;
+        ++kept;
+      }
+    }
+    EXPECT_GT(kept, 0);
+  };
+  check([](DRAVCFImageRef image) { DRAVCFImageCropToRect(image, CGRectMake(1, 1, 2, 1)); });
+  check([](DRAVCFImageRef image) { DRAVCFImageScaleToSize(image, CGSizeMake(8, 2)); });
+  check([](DRAVCFImageRef image) { DRAVCFImageFlipVertically(image); });
+}
+
+TEST(Crop, WhollyBeyondTheEdgeIsStandardisedIntoAnEmptyPlaceBesideIt) {
+  const cf::Ref image = makeGrayImage(10, 1, Bytes(10, 9));
+  // Cut to the edge the width is -2, which stands for the two columns before x = 12.
+  DRAVCFImageCropToRect(image.get(), CGRectMake(12, 0, 5, 1));
+  EXPECT_EQ(bufferOf(image.get()), (Bytes{0, 0}));
 }
 
 TEST(GeometryAllocation, FailingAnywhereLeavesTheImageAsItWas) {

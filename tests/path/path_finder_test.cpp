@@ -4,7 +4,7 @@
 
 #include <new>
 
-#include "path/failing_new.h"
+#include "failing_new.h"
 #include "path/tracing.h"
 
 // The expected paths and texts below were worked out by hand on squared paper, from the sweep alone: from a
@@ -249,7 +249,7 @@ TEST(TraceSubpaths, ThrowsAndLosesNothingWhereverMemoryRunsOut) {
     ASSERT_LT(failAt, 1000);
     bool threw = false;
     const std::string text = textOf([&](TextOutput &output) {
-      const FailingNew failing(failAt);
+      const testing_support::FailingNew failing(failAt);
       try {
         TraceSubpaths(picture.info(), visited.get(), output);
       } catch (const std::bad_alloc &) {

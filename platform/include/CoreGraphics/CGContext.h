@@ -43,6 +43,11 @@ CG_EXPORT CGInterpolationQuality CGContextGetInterpolationQuality(CGContextRef c
  * into the context's space. */
 CG_EXPORT void CGContextDrawImage(CGContextRef context, CGRect rect, CGImageRef image);
 
+/* The same, saying how it went. An extension.
+ * Gives  true if all of it is drawn, be it that nothing was to be drawn; false without a context or an
+ *        image, or if memory ran out: then no pixel has changed. */
+CG_EXPORT bool CGContextTryDrawImage(CGContextRef context, CGRect rect, CGImageRef image);
+
 /* The fill colour, straight, 0 to 1, in the context's own space or in grey. */
 CG_EXPORT void CGContextSetRGBFillColor(CGContextRef context, CGFloat red, CGFloat green, CGFloat blue,
                                         CGFloat alpha);

@@ -1,7 +1,7 @@
 // Makes operator new of this thread fail on request.
 #pragma once
 
-namespace drav::path {
+namespace testing_support {
 
 class FailingNew {
  public:
@@ -14,4 +14,4 @@ class FailingNew {
   bool failed() const noexcept;
 };
 
-}  // namespace drav::path
+}  // namespace testing_support

@@ -1,4 +1,4 @@
-#include "path/failing_new.h"
+#include "failing_new.h"
 
 #include <cstddef>
 #include <cstdlib>
@@ -34,7 +34,7 @@ void operator delete(void *block, std::size_t) noexcept { std::free(block); }
 void operator delete[](void *block) noexcept { std::free(block); }
 void operator delete[](void *block, std::size_t) noexcept { std::free(block); }
 
-namespace drav::path {
+namespace testing_support {
 
 FailingNew::FailingNew(long failAt) noexcept {
   allocationsLeft = failAt;
@@ -43,4 +43,4 @@ FailingNew::FailingNew(long failAt) noexcept {
 FailingNew::~FailingNew() { allocationsLeft = 0; }
 bool FailingNew::failed() const noexcept { return hasFailed; }
 
-}  // namespace drav::path
+}  // namespace testing_support
