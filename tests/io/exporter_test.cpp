@@ -128,6 +128,71 @@ TEST(ExportableImage, DividedStillSaysPremultiplied) {
   EXPECT_EQ(bufferOf(image.get()), (Bytes{128, 64, 64, 64}));
 }
 
+// An encoder under the code of PICT that writes what it is told, and keeps what it was given.
+struct FakeEncoder {
+  explicit FakeEncoder(size_t writes) {
+    size = writes;
+    table.type = GraphicsExporterComponentType;
+    table.subType = MEDIA_CODE('P', 'I', 'C', 'T');
+    table.encode = [](void *, CGImageRef image, Handle output) -> ComponentResult {
+      const cf::Ref copied = cf::adopt(CGDataProviderCopyData(CGImageGetDataProvider(image)));
+      pixels = bytesOf(copied.get());
+      SetHandleSize(output, static_cast<Size>(size));
+      for (size_t i = 0; i < size; ++i) (*output)[i] = static_cast<char>(i);
+      return noErr;
+    };
+    EXPECT_EQ(RegisterComponentTable(&table), noErr);
+  }
+  ~FakeEncoder() { EXPECT_EQ(UnregisterComponentTable(&table), noErr); }
+  FakeEncoder(const FakeEncoder &) = delete;
+  FakeEncoder &operator=(const FakeEncoder &) = delete;
+
+  ComponentTable table{};
+  static inline size_t size = 0;
+  static inline Bytes pixels;
+};
+
+TEST(Exporter, PICTDataComesWithoutTheFileHeaderAndPCTDataWithIt) {
+  const FakeEncoder encoder(520);
+  const Bytes pict = encoded(DRAVCFImageExporterCreatePICT, picture().get());
+  ASSERT_EQ(pict.size(), 8u);
+  EXPECT_EQ(pict[0], 0);  // byte 512 of what was written
+  EXPECT_EQ(pict[7], 7);
+  EXPECT_EQ(encoded(DRAVCFImageExporterCreatePCT, picture().get()).size(), 520u);
+}
+
+TEST(Exporter, APICTFileKeepsItsHeader) {
+  const FakeEncoder encoder(520);
+  const TemporaryFolder folder;
+  const cf::Ref exporter = cf::adopt(DRAVCFImageExporterCreatePICT(nullptr));
+  DRAVCFImageExportToFile(exporter.get(), picture().get(), string(folder.file("a.pict")).get());
+  EXPECT_EQ(readFile(folder.file("a.pict")).size(), 520u);
+}
+
+TEST(Exporter, PICTDataShorterThanAFileHeaderIsNone) {
+  {
+    const FakeEncoder encoder(511);
+    EXPECT_EQ(encoded(DRAVCFImageExporterCreatePICT, picture().get()), Bytes{});
+    EXPECT_EQ(encoded(DRAVCFImageExporterCreatePCT, picture().get()).size(), 511u);
+  }
+  const FakeEncoder encoder(512);
+  const cf::Ref exporter = cf::adopt(DRAVCFImageExporterCreatePICT(nullptr));
+  const cf::Ref data = cf::adopt(DRAVCFImageExportCreateData(nullptr, exporter.get(), picture().get()));
+  ASSERT_TRUE(data);
+  EXPECT_EQ(CFDataGetLength(data.get()), 0);
+}
+
+TEST(Exporter, PCTHandsDividedColoursToThePICTEncoderAndPICTThoseOfTheImage) {
+  const FakeEncoder encoder(600);
+  const cf::Ref space = displaySpace();
+  const cf::Ref image =
+      makeCGImage({1, 1, 8, 32, 4, space.get(), kCGImageAlphaPremultipliedFirst}, {128, 64, 64, 64});
+  EXPECT_EQ(encoded(DRAVCFImageExporterCreatePCT, image.get()).size(), 600u);
+  EXPECT_EQ(FakeEncoder::pixels, (Bytes{128, 128, 128, 128}));
+  EXPECT_EQ(encoded(DRAVCFImageExporterCreatePICT, image.get()).size(), 88u);
+  EXPECT_EQ(FakeEncoder::pixels, (Bytes{128, 64, 64, 64}));
+}
+
 TEST(ExporterAllocation, FailingAnywhereGivesNothing) {
   const cf::Ref image = picture();
   testing_support::forEachFailedAllocation([&](CFAllocatorRef allocator, long) {
