@@ -1,7 +1,5 @@
 #include "drawing.h"
 
-#include <cmath>
-
 namespace {
 
 void put(uint8_t *pixel, Ink ink) noexcept {
@@ -25,10 +23,6 @@ void fillWith(const Pixels &pixels, const Area &area, const InkAt &inkAt) noexce
   }
 }
 
-uint8_t mixed(uint8_t under, uint8_t over, double part) noexcept {
-  return static_cast<uint8_t>(std::lround(under + (over - under) * part));
-}
-
 }  // namespace
 
 void fill(const Pixels &pixels, const Area &area, Ink ink) noexcept {
@@ -39,12 +33,4 @@ void fillChecks(const Pixels &pixels, const Area &area, long side, Ink first, In
   fillWith(pixels, area, [&](long x, long y) {
     return ((x - area.x) / side + (y - area.y) / side) % 2 == 0 ? first : second;
   });
-}
-
-void cover(const Pixels &pixels, long x, long y, Ink ink, double part) noexcept {
-  if (within(pixels, {x, y, 1, 1}).empty()) return;
-  uint8_t *pixel = pixels.row(static_cast<size_t>(y)) + 4 * x;
-  pixel[1] = mixed(pixel[1], ink.red, part);
-  pixel[2] = mixed(pixel[2], ink.green, part);
-  pixel[3] = mixed(pixel[3], ink.blue, part);
 }

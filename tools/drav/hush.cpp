@@ -8,14 +8,16 @@ namespace {
 
 bool switchedOff = false;
 
-// Leads a standard stream to where nobody reads; gives the descriptor it had, or none if it was closed.
-Descriptor divert(int stream) noexcept {
+// Leads a standard stream elsewhere; gives the descriptor it had, or none if it was closed.
+Descriptor divert(int stream, const Descriptor &elsewhere) noexcept {
   Descriptor before(::fcntl(stream, F_DUPFD_CLOEXEC, 3));
-  const Descriptor nowhere(::open("/dev/null", O_WRONLY | O_CLOEXEC));
-  if (!before || !nowhere) return Descriptor();
-  ::dup2(nowhere.number(), stream);
+  if (!before || !elsewhere) return Descriptor();
+  ::dup2(elsewhere.number(), stream);
   return before;
 }
+
+Descriptor nowhere() noexcept { return Descriptor(::open("/dev/null", O_WRONLY | O_CLOEXEC)); }
+Descriptor standardError() noexcept { return Descriptor(::fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, 3)); }
 
 void restore(int stream, const Descriptor &before) noexcept {
   if (before) ::dup2(before.number(), stream);
@@ -29,10 +31,9 @@ void flush() noexcept {
 }  // namespace
 
 Hush::Hush() noexcept {
-  if (switchedOff) return;
   flush();
-  output_ = divert(STDOUT_FILENO);
-  error_ = divert(STDERR_FILENO);
+  output_ = divert(STDOUT_FILENO, switchedOff ? standardError() : nowhere());
+  if (!switchedOff) error_ = divert(STDERR_FILENO, nowhere());
 }
 
 Hush::~Hush() {

@@ -13,7 +13,8 @@ class Hush {
   Hush(const Hush &) = delete;
   Hush &operator=(const Hush &) = delete;
 
-  static void switchOff() noexcept;  // for --verbose
+  // For --verbose: the lines are let through to standard error, never into standard output.
+  static void switchOff() noexcept;
 
  private:
   Descriptor output_, error_;
