@@ -13,6 +13,7 @@
 #include "composite/rows_bytes-inl.h"
 #include "composite/rows_guess-inl.h"
 #include "composite/rows_plain.h"
+#include "composite/rows_settle-inl.h"
 
 #define DRAV_TEXT(Words) #Words
 #define DRAV_TARGET_NAME(Namespace) (DRAV_TEXT(Namespace) + 2)  // without Highway's "N_"
@@ -49,7 +50,7 @@ HWY_INLINE Outcome combineARGB(Bytes s, Bytes d) {
   if constexpr (Guess<Mode>::exists) {
     const Guessed guessed = guessARGB<Mode>(s, d);
     return {hn::BitCast(D8(), guessed.bytes),
-            hn::Or(guessed.doubtful(Guess<Mode>::least), invalidPixels(s, d))};
+            hn::Or(guessed.template doubtfulARGB<Mode>(), invalidPixels(s, d))};
   } else if constexpr (ValidOnly<Mode>) {
     return {Lanes<Mode>::argb(Argb(s, d)).bytes, invalidPixels(s, d)};
   } else {
@@ -57,17 +58,18 @@ HWY_INLINE Outcome combineARGB(Bytes s, Bytes d) {
   }
 }
 
-template <class Mode>
+template <PixelFormat Format, class Mode>
 HWY_INLINE Outcome combineOpaque(Bytes s, Bytes d) {
+  constexpr int first = Format == PixelFormat::grey ? 0 : 1;
   if constexpr (Mode::onOpaque == Effect::clear) {
     return certain(hn::Set(D8(), uint8_t{255}));
   } else if constexpr (Mode::onOpaque == Effect::copy) {
     return certain(s);
   } else if constexpr (CertainOpaque<Mode>) {
-    return certain(hn::BitCast(D8(), guessOpaque<Mode>(s, d).bytes));
+    return certain(hn::BitCast(D8(), guessOpaque<first, Mode>(s, d).bytes));
   } else if constexpr (Guess<Mode>::exists) {
-    const Guessed guessed = guessOpaque<Mode>(s, d);
-    return {hn::BitCast(D8(), guessed.bytes), guessed.doubtful(Guess<Mode>::least)};
+    const Guessed guessed = guessOpaque<first, Mode>(s, d);
+    return {hn::BitCast(D8(), guessed.bytes), guessed.closerThan(Guess<Mode>::leastFineOpaque)};
   } else {
     return certain(Lanes<Mode>::opaque(s, d));
   }
@@ -78,7 +80,7 @@ HWY_INLINE Outcome combine(Bytes s, Bytes d) {
   if constexpr (Format == PixelFormat::argb) {
     return combineARGB<Mode>(s, d);
   } else {
-    Outcome outcome = combineOpaque<Mode>(s, d);
+    Outcome outcome = combineOpaque<Format, Mode>(s, d);
     if constexpr (Format == PixelFormat::xrgb)
       outcome.bytes = hn::IfThenElse(hn::MaskFromVec(colourBytes()), outcome.bytes, d);
     return outcome;
@@ -91,27 +93,19 @@ constexpr bool mayDoubt() {
   return Guess<Mode>::exists && !CertainOpaque<Mode>;
 }
 
-// Lets the kernel do the pixels of one 32-bit lane.
+// Does the pixels of one 32-bit lane as the kernel does.
 template <PixelFormat Format, class Mode>
-void settleLane(const uint8_t *source, const uint8_t *before, uint8_t *destination) noexcept {
-  uint8_t pixels[4];
-  std::memcpy(pixels, before, 4);
-  for (size_t i = 0; i < 4; i += bytesPerPixel(Format))
-    blendOnePixel(Format, Mode::mode, source + i, pixels + i);
-  std::memcpy(destination, pixels, 4);
+void settleLane(const uint8_t *source, uint8_t *destination) noexcept {
+  if constexpr (Format == PixelFormat::argb && Mode::mode == kDRAVCFBlendModeSoftLight)
+    settleSoftLight(source, destination);
+  else
+    for (size_t i = 0; i < 4; i += bytesPerPixel(Format))
+      blendOnePixel(Format, Mode::mode, source + i, destination + i);
 }
 
-// The lanes of a mask as bits.
-HWY_INLINE uint64_t bitsOf(const uint8_t *stored) {
-  constexpr size_t bytes = (hn::MaxLanes(D32()) + 7) / 8;
-  static_assert(bytes <= sizeof(uint64_t));
-  uint64_t bits = 0;
-  std::memcpy(&bits, stored, bytes);
-  return bits;
-}
-
-// Whole vectors of a mode that may doubt: all of them are estimated first, and the doubtful lanes settled
-// after that. Settling each as it is found costs twice the time, nearly all of it in mispredicted branches.
+// Whole vectors of a mode that may doubt: all of them are estimated first, and the doubtful lanes, left as
+// they were, settled after that. Settling each as it is found costs twice the time, nearly all of it in
+// mispredicted branches.
 template <PixelFormat Format, class Mode>
 class DoubtfulRun {
  public:
@@ -121,29 +115,40 @@ class DoubtfulRun {
       : source_(source), destination_(destination) {}
 
   HWY_INLINE void estimate(size_t vectors) {
+    const size_t maskBytes = bytesOfMask();
+    const size_t last = vectors * maskBytes / sizeof(uint64_t);
+    std::memset(doubtful_ + last * sizeof(uint64_t), 0, sizeof(uint64_t));
     for (size_t v = 0; v < vectors; ++v) {
       const size_t at = v * hn::Lanes(D8());
       const Bytes d = hn::LoadU(D8(), destination_ + at);
       const Outcome outcome = combine<Format, Mode>(hn::LoadU(D8(), source_ + at), d);
-      hn::Store(d, D8(), before_ + at);
-      hn::StoreMaskBits(D32(), outcome.doubtful, doubtful_ + v * 8);
-      hn::StoreU(outcome.bytes, D8(), destination_ + at);
+      const Pixels kept = hn::IfThenElse(outcome.doubtful, hn::BitCast(D32(), d),
+                                         hn::BitCast(D32(), outcome.bytes));
+      hn::StoreMaskBits(D32(), outcome.doubtful, doubtful_ + v * maskBytes);
+      hn::StoreU(hn::BitCast(D8(), kept), D8(), destination_ + at);
     }
   }
-  void settle(size_t vectors) const {
-    const uint8_t *source = source_ == destination_ ? before_ : source_;
-    for (size_t v = 0; v < vectors; ++v)
-      for (uint64_t lanes = bitsOf(doubtful_ + v * 8); lanes != 0; lanes &= lanes - 1) {
-        const size_t at = v * hn::Lanes(D8()) + static_cast<size_t>(__builtin_ctzll(lanes)) * 4;
-        settleLane<Format, Mode>(source + at, before_ + at, destination_ + at);
+  HWY_INLINE void settle(size_t vectors) const {
+    const size_t maskBytes = bytesOfMask();
+    for (size_t first = 0; first < vectors * maskBytes; first += sizeof(uint64_t)) {
+      uint64_t bits = 0;
+      std::memcpy(&bits, doubtful_ + first, sizeof bits);
+      for (; bits != 0; bits &= bits - 1) {
+        const size_t bit = first * 8 + static_cast<size_t>(__builtin_ctzll(bits));
+        const size_t at = bit / (maskBytes * 8) * hn::Lanes(D8()) + bit % (maskBytes * 8) * 4;
+        settleLane<Format, Mode>(source_ + at, destination_ + at);
       }
+    }
   }
 
  private:
+  // The lanes of a vector as bits.
+  static HWY_INLINE size_t bytesOfMask() { return (hn::Lanes(D32()) + 7) / 8; }
+  static constexpr size_t mostMaskBytes = (hn::MaxLanes(D32()) + 7) / 8;
+
   const uint8_t *source_;
   uint8_t *destination_;
-  HWY_ALIGN uint8_t before_[most * HWY_MAX_BYTES];
-  uint8_t doubtful_[most * 8];
+  uint8_t doubtful_[most * mostMaskBytes + sizeof(uint64_t)];
 };
 
 template <PixelFormat Format, class Mode>
