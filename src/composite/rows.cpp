@@ -41,8 +41,12 @@ HWY_INLINE PixelMask invalidPixels(Bytes s, Bytes d) {
 }
 
 template <class Mode>
-concept ValidOnly = requires {
-  Lanes<Mode>::validOnly;
+concept Suspecting = requires {
+  Lanes<Mode>::suspectBit;
+};
+template <class Mode>
+concept HasLongForm = requires(const Argb &pixels) {
+  Lanes<Mode>::unsuspecting(pixels);
 };
 
 template <class Mode>
@@ -51,8 +55,9 @@ HWY_INLINE Outcome combineARGB(Bytes s, Bytes d) {
     const Guessed guessed = guessARGB<Mode>(s, d);
     return {hn::BitCast(D8(), guessed.bytes),
             hn::Or(guessed.template doubtfulARGB<Mode>(), invalidPixels(s, d))};
-  } else if constexpr (ValidOnly<Mode>) {
-    return {Lanes<Mode>::argb(Argb(s, d)).bytes, invalidPixels(s, d)};
+  } else if constexpr (Suspecting<Mode>) {
+    Suspects unused;
+    return {Lanes<Mode>::argb(Argb(s, d), unused), invalidPixels(s, d)};
   } else {
     return certain(Lanes<Mode>::argb(Argb(s, d)));
   }
@@ -122,8 +127,8 @@ class DoubtfulRun {
       const size_t at = v * hn::Lanes(D8());
       const Bytes d = hn::LoadU(D8(), destination_ + at);
       const Outcome outcome = combine<Format, Mode>(hn::LoadU(D8(), source_ + at), d);
-      const Pixels kept = hn::IfThenElse(outcome.doubtful, hn::BitCast(D32(), d),
-                                         hn::BitCast(D32(), outcome.bytes));
+      const Pixels kept =
+          hn::IfThenElse(outcome.doubtful, hn::BitCast(D32(), d), hn::BitCast(D32(), outcome.bytes));
       hn::StoreMaskBits(D32(), outcome.doubtful, doubtful_ + v * maskBytes);
       hn::StoreU(hn::BitCast(D8(), kept), D8(), destination_ + at);
     }
@@ -162,34 +167,52 @@ void doubtfulVectors(const uint8_t *source, uint8_t *destination, size_t vectors
   }
 }
 
-// A vector in which something looked invalid.
+// A vector that may hold invalid pixels.
 template <class Mode>
-HWY_NOINLINE Bytes settledARGB(Bytes s, Bytes d) {
-  HWY_ALIGN uint8_t source[HWY_MAX_BYTES], destination[HWY_MAX_BYTES];
-  hn::Store(s, D8(), source);
-  hn::Store(d, D8(), destination);
-  doubtfulVectors<PixelFormat::argb, Mode>(source, destination, 1);
-  return hn::Load(D8(), destination);
+HWY_NOINLINE Bytes unsuspecting(Bytes s, Bytes d) {
+  if constexpr (HasLongForm<Mode>) {
+    return Lanes<Mode>::unsuspecting(Argb(s, d));
+  } else {
+    HWY_ALIGN uint8_t source[HWY_MAX_BYTES], destination[HWY_MAX_BYTES];
+    hn::Store(s, D8(), source);
+    hn::Store(d, D8(), destination);
+    doubtfulVectors<PixelFormat::argb, Mode>(source, destination, 1);
+    return hn::Load(D8(), destination);
+  }
 }
 
-template <PixelFormat Format, class Mode>
-HWY_INLINE Bytes blended(Bytes s, Bytes d) {
-  if constexpr (Format == PixelFormat::argb && ValidOnly<Mode>) {
-    const Suspected suspected = Lanes<Mode>::argb(Argb(s, d));
-    return HWY_UNLIKELY(suspected.any) ? settledARGB<Mode>(s, d) : suspected.bytes;
-  } else {
-    return combine<Format, Mode>(s, d).bytes;
+// `Count` vectors on end.
+template <class Mode, size_t Count>
+HWY_INLINE void suspectVectors(const uint8_t *source, uint8_t *destination) {
+  static_assert(Count == 1 || Count == 2);
+  const size_t step = (Count - 1) * hn::Lanes(D8());  // 0: both are one
+  const Bytes s0 = hn::LoadU(D8(), source), s1 = hn::LoadU(D8(), source + step);
+  const Bytes d0 = hn::LoadU(D8(), destination), d1 = hn::LoadU(D8(), destination + step);
+  Suspects suspects;
+  Bytes r0 = Lanes<Mode>::argb(Argb(s0, d0), suspects);
+  Bytes r1 = Lanes<Mode>::argb(Argb(s1, d1), suspects);
+  if (HWY_UNLIKELY(suspects.any(Lanes<Mode>::suspectBit))) {
+    r0 = unsuspecting<Mode>(s0, d0);
+    r1 = unsuspecting<Mode>(s1, d1);
   }
+  hn::StoreU(r0, D8(), destination);
+  hn::StoreU(r1, D8(), destination + step);
 }
 
 template <PixelFormat Format, class Mode>
 HWY_INLINE void wholeVectors(const uint8_t *source, uint8_t *destination, size_t vectors) {
+  const size_t step = hn::Lanes(D8()), end = vectors * step;
   if constexpr (mayDoubt<Format, Mode>()) {
     doubtfulVectors<Format, Mode>(source, destination, vectors);
+  } else if constexpr (Format == PixelFormat::argb && Suspecting<Mode>) {
+    size_t at = 0;
+    for (; at + 2 * step <= end; at += 2 * step) suspectVectors<Mode, 2>(source + at, destination + at);
+    if (at < end) suspectVectors<Mode, 1>(source + at, destination + at);
   } else {
-    for (size_t at = 0; at < vectors * hn::Lanes(D8()); at += hn::Lanes(D8()))
-      hn::StoreU(blended<Format, Mode>(hn::LoadU(D8(), source + at), hn::LoadU(D8(), destination + at)), D8(),
-                 destination + at);
+    for (size_t at = 0; at < end; at += step) {
+      const Bytes s = hn::LoadU(D8(), source + at), d = hn::LoadU(D8(), destination + at);
+      hn::StoreU(combine<Format, Mode>(s, d).bytes, D8(), destination + at);
+    }
   }
 }
 

@@ -34,6 +34,10 @@ HWY_INLINE Words oddBytes(Bytes v) { return hn::ShiftRight<8>(hn::BitCast(D16(),
 HWY_INLINE Bytes joined(Words even, Words odd) {
   return hn::BitCast(D8(), hn::Or(even, hn::ShiftLeft<8>(odd)));
 }
+// 255 less each byte of joined(even, odd), in one step fewer.
+HWY_INLINE Bytes joinedInverse(Words even, Words odd) {
+  return hn::BitCast(D8(), hn::Xor3(even, hn::ShiftLeft<8>(odd), words(0xFFFF)));
+}
 // 255 - v, for bytes in words.
 HWY_INLINE Words inverse(Words v) { return hn::Xor(v, words(0xFF)); }
 
@@ -90,7 +94,7 @@ HWY_INLINE Bytes scaled(Bytes v, Words factor) {
 // f(s, d) is N of the even or the odd bytes; the result is clamped.
 template <class F>
 HWY_INLINE Bytes clampedHalves(const Argb &p, F f) {
-  return hn::Not(inHalves(p, [&](Words s, Words d) { return missing(f(s, d)); }));
+  return joinedInverse(missing(f(evenBytes(p.s), evenBytes(p.d))), missing(f(oddBytes(p.s), oddBytes(p.d))));
 }
 
 // (a + b) / 255 to nearest, modulo 256, where a + b may need 17 bits: 65536 = 257 * 255 + 1, so the carry
@@ -101,16 +105,28 @@ HWY_INLINE Words wrapped(Words a, Words b) {
   return hn::And(hn::Add(divided(hn::Add(sum, carry)), carry), words(0xFF));
 }
 
-// d * ofD + s * ofS, wrapped. Valid pixels have no carry to follow: a vector that has one takes the longer
-// way.
-HWY_INLINE Bytes twoScaled(const Argb &p, Words ofD, Words ofS) {
-  const auto biasedSum = [&](Words s, Words d) {
-    return hn::SaturatedAdd(hn::Add(hn::Mul(d, ofD), words(128)), hn::Mul(s, ofS));
+// What only invalid pixels show, collected over several vectors, so that one branch looks at all of them. A
+// mode that collects says which bit tells, and has a longer form for such vectors: `unsuspecting`, or else
+// the kernel.
+struct Suspects {
+  Words found;
+  HWY_INLINE Suspects() : found(hn::Zero(D16())) {}
+  HWY_INLINE void add(Words a, Words b) { found = hn::Or3(found, a, b); }
+  HWY_INLINE bool any(int bit) const { return !hn::AllFalse(D16(), hn::TestBit(found, words(bit))); }
+};
+// What a quotient of 256 shows: a sum that may not have fitted, and in any case exceeds 255.
+inline constexpr int kTooMuch = 0x100;
+
+// d * ofD + s * ofS, wrapped.
+HWY_INLINE Bytes twoScaled(const Argb &p, Words ofD, Words ofS, Suspects &suspects) {
+  const auto quotient = [&](Words s, Words d) {
+    return divided(hn::SaturatedAdd(hn::Add(hn::Mul(d, ofD), words(128)), hn::Mul(s, ofS)));
   };
-  const Words even = biasedSum(evenBytes(p.s), evenBytes(p.d)), odd = biasedSum(oddBytes(p.s), oddBytes(p.d));
-  const Words tooMuch = hn::SaturatedSub(hn::Max(even, odd), words(255 * 255 + 128));
-  if (HWY_LIKELY(hn::AllTrue(D16(), hn::Eq(tooMuch, hn::Zero(D16())))))
-    return joined(divided(even), divided(odd));
+  const Words even = quotient(evenBytes(p.s), evenBytes(p.d)), odd = quotient(oddBytes(p.s), oddBytes(p.d));
+  suspects.add(even, odd);
+  return joined(even, odd);
+}
+HWY_INLINE Bytes twoScaledWrapped(const Argb &p, Words ofD, Words ofS) {
   return inHalves(p, [&](Words s, Words d) { return wrapped(hn::Mul(d, ofD), hn::Mul(s, ofS)); });
 }
 
@@ -145,15 +161,21 @@ struct Lanes<mode::DestOut> {
 };
 template <>
 struct Lanes<mode::SrcAtop> {
-  static HWY_INLINE Bytes argb(const Argb &p) { return twoScaled(p, p.ks, p.da); }
+  static constexpr int suspectBit = kTooMuch;
+  static HWY_INLINE Bytes argb(const Argb &p, Suspects &to) { return twoScaled(p, p.ks, p.da, to); }
+  static HWY_INLINE Bytes unsuspecting(const Argb &p) { return twoScaledWrapped(p, p.ks, p.da); }
 };
 template <>
 struct Lanes<mode::DestAtop> {
-  static HWY_INLINE Bytes argb(const Argb &p) { return twoScaled(p, p.sa, p.kd); }
+  static constexpr int suspectBit = kTooMuch;
+  static HWY_INLINE Bytes argb(const Argb &p, Suspects &to) { return twoScaled(p, p.sa, p.kd, to); }
+  static HWY_INLINE Bytes unsuspecting(const Argb &p) { return twoScaledWrapped(p, p.sa, p.kd); }
 };
 template <>
 struct Lanes<mode::XOR> {
-  static HWY_INLINE Bytes argb(const Argb &p) { return twoScaled(p, p.ks, p.kd); }
+  static constexpr int suspectBit = kTooMuch;
+  static HWY_INLINE Bytes argb(const Argb &p, Suspects &to) { return twoScaled(p, p.ks, p.kd, to); }
+  static HWY_INLINE Bytes unsuspecting(const Argb &p) { return twoScaledWrapped(p, p.ks, p.kd); }
 };
 
 template <>
@@ -187,41 +209,34 @@ struct Lanes<mode::Screen> {
 // Overlay and HardLight are s + d - R / 255, where, with x the component that decides the branch, y the other
 // one, and X and Y their alphas, R is y (X - x) + x (Y - y) for x < X - x, and y x + (X - x) (Y - y)
 // elsewhere: y times the greater and Y - y times the lesser of x and X - x. For valid pixels R lies in 0 ...
-// 65025; for invalid ones a difference falls below 0, which `suspects` collects in its sign bits, and the
-// kernel does the pixel.
-struct LitHalf {
-  Words part, suspects;
-};
-HWY_INLINE LitHalf lit(Words decider, Words other, Words deciderAlpha, Words otherAlpha) {
+// 65025; for invalid ones a difference falls below 0, which shows in its sign, and the kernel does the pixel.
+inline constexpr int kBelowZero = 0x8000;
+
+HWY_INLINE Words lit(Words decider, Words other, Words deciderAlpha, Words otherAlpha, Suspects &suspects) {
   const Words rest = hn::Sub(deciderAlpha, decider), otherRest = hn::Sub(otherAlpha, other);
-  const Words part =
-      hn::Add(hn::Mul(other, hn::Max(decider, rest)), hn::Mul(otherRest, hn::Min(decider, rest)));
-  return {rounded(part), hn::Or(rest, otherRest)};
+  suspects.add(rest, otherRest);
+  return rounded(hn::Add(hn::Mul(other, hn::Max(decider, rest)), hn::Mul(otherRest, hn::Min(decider, rest))));
 }
-struct Suspected {
-  Bytes bytes;
-  bool any;
-};
-HWY_INLINE Suspected litPixels(Bytes decider, Bytes other, Words deciderAlpha, Words otherAlpha) {
-  const LitHalf even = lit(evenBytes(decider), evenBytes(other), deciderAlpha, otherAlpha);
-  const LitHalf odd = lit(oddBytes(decider), oddBytes(other), deciderAlpha, otherAlpha);
-  const Bytes bytes = hn::Sub(hn::Add(decider, other), joined(even.part, odd.part));
-  return {bytes, !hn::AllFalse(D16(), hn::TestBit(hn::Or(even.suspects, odd.suspects), words(0x8000)))};
+HWY_INLINE Bytes litPixels(Bytes decider, Bytes other, Words deciderAlpha, Words otherAlpha,
+                           Suspects &suspects) {
+  const auto half = [&](Words x, Words y) { return lit(x, y, deciderAlpha, otherAlpha, suspects); };
+  return hn::Sub(hn::Add(decider, other), inHalves(decider, other, half));
 }
 HWY_INLINE Bytes litOpaque(Bytes decider, Bytes other) {
-  return litPixels(decider, other, words(255), words(255)).bytes;
+  Suspects none;
+  return litPixels(decider, other, words(255), words(255), none);
 }
 template <>
 struct Lanes<mode::Overlay> {
-  static constexpr bool validOnly = true;
+  static constexpr int suspectBit = kBelowZero;
   static HWY_INLINE Bytes opaque(Bytes s, Bytes d) { return litOpaque(d, s); }
-  static HWY_INLINE Suspected argb(const Argb &p) { return litPixels(p.d, p.s, p.da, p.sa); }
+  static HWY_INLINE Bytes argb(const Argb &p, Suspects &to) { return litPixels(p.d, p.s, p.da, p.sa, to); }
 };
 template <>
 struct Lanes<mode::HardLight> {
-  static constexpr bool validOnly = true;
+  static constexpr int suspectBit = kBelowZero;
   static HWY_INLINE Bytes opaque(Bytes s, Bytes d) { return litOpaque(s, d); }
-  static HWY_INLINE Suspected argb(const Argb &p) { return litPixels(p.s, p.d, p.sa, p.da); }
+  static HWY_INLINE Bytes argb(const Argb &p, Suspects &to) { return litPixels(p.s, p.d, p.sa, p.da, to); }
 };
 
 template <>
@@ -256,8 +271,8 @@ struct Lanes<mode::Difference> {
   }
   static HWY_INLINE Bytes argb(const Argb &p) {
     const Words evenColour = hn::BitCast(D16(), hn::Set(D32(), 0xFFFF0000U));
-    return hn::Not(joined(half(evenBytes(p.s), evenBytes(p.d), p, evenColour),
-                          half(oddBytes(p.s), oddBytes(p.d), p, words(0xFFFF))));
+    return joinedInverse(half(evenBytes(p.s), evenBytes(p.d), p, evenColour),
+                         half(oddBytes(p.s), oddBytes(p.d), p, words(0xFFFF)));
   }
 };
 // The alphas cancel: s (255 - d) + d (255 - s) for colour, s (255 - d) + 255 d for alpha.

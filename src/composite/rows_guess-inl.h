@@ -132,8 +132,9 @@ struct Guess<mode::ColorBurn> {
     const Floats covered = hn::Mul(hn::Max(excess, floats(0.0F)), stretch);
     return {withUncovered(covered, sc, dc, a), stretch};
   }
-  // The kernel's own steps. It divides in double precision what is exact in single: the one rounding to single
-  // after that gives what a division in single gives. Exact ties, of which there are 615, fall either way.
+  // The kernel's own steps. It divides in double precision what is exact in single: the one rounding to
+  // single after that gives what a division in single gives. Exact ties, of which there are 615, fall either
+  // way.
   static HWY_INLINE Floats opaqueSteps(Floats s, Floats d) {
     const Floats unit = unitFromSteps(DF(), s), sum = hn::Add(unit, unitFromSteps(DF(), d));
     const Floats excess = hn::Sub(sum, floats(1.0F));
@@ -146,8 +147,14 @@ struct Guess<mode::ColorBurn> {
 template <>
 struct Guess<mode::SoftLight> {
   static constexpr bool exists = true;
-  // Estimate and kernel together, in the steps that Guessed::placeFinely counts.
-  static constexpr int leastFine = 2, leastFineOpaque = 1;
+  // Estimate and kernel together, in the steps that Guessed::placeFinely counts. Where products and sums are
+  // rounded apart, one pixel in 2^30 needs the second step.
+#if HWY_TARGET <= HWY_AVX2
+  static constexpr int leastFine = 1;
+#else
+  static constexpr int leastFine = 2;
+#endif
+  static constexpr int leastFineOpaque = 1;
 
   // `lean` is (2 Sc - Sa) / 255, `plain` Dc + Sc kd, `m` Dc / Da.
   static HWY_INLINE Floats estimate(Floats dc, Floats da, Floats eighthOfD, Floats m, Floats lean,
@@ -198,9 +205,9 @@ struct Guessed {
     doubt = hn::Max(doubt, hn::MulAdd(e.stretch, floats(Guess<Mode>::perStretch), distance));
   }
 
-  // REQUIRES: 0 <= steps < 255.5. Adding 256 and a half leaves the byte in bits 15 to 22 of the sum, and below
-  // them how far it lies above the half-way point, in steps of 2^-15. `Least` more, and those that lie closer
-  // than that on either side are below twice as many.
+  // REQUIRES: 0 <= steps < 255.5. Adding 256 and a half leaves the byte in bits 15 to 22 of the sum, and
+  // below them how far it lies above the half-way point, in steps of 2^-15. `Least` more, and those that lie
+  // closer than that on either side are below twice as many.
   template <int Channel, int Least>
   HWY_INLINE void placeFinely(Floats steps) {
     const Floats sum = hn::Add(steps, floats(256.5F + static_cast<float>(Least) / 32768.0F));
@@ -231,9 +238,7 @@ struct Guessed {
   }
 };
 
-HWY_INLINE Guessed nothingGuessed() {
-  return {hn::Zero(D32()), floats(0.0F), hn::Set(DI(), 0x7FFF)};
-}
+HWY_INLINE Guessed nothingGuessed() { return {hn::Zero(D32()), floats(0.0F), hn::Set(DI(), 0x7FFF)}; }
 
 template <class Mode, int Channel>
 HWY_INLINE void guessChannel(Bytes s, Bytes d, const FloatAlphas &alphas, Guessed &to) {
