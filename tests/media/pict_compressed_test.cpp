@@ -2,8 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include "compressed_maker.h"
 #include "jpeg_maker.h"
 #include "media/codecs/pict/compressed_image.h"
+#include "picture_grid.h"
 #include "picture_maker.h"
 #include "png_maker.h"
 
@@ -11,47 +13,6 @@ namespace codecs::pict {
 namespace {
 
 using Vector = std::vector<uint8_t>;
-
-struct Described {
-  const char *codec;
-  int width;
-  int height;
-  int depth = 24;
-  int paletteId = -1;
-  Vector extra{};  // behind the fixed part: colour table, extensions
-};
-
-Vector description(const Described &image) {
-  ByteMaker out;
-  out.u32({static_cast<uint32_t>(86 + image.extra.size())}).text(image.codec).u32({0, 0, 0, 0, 0, 0});
-  out.u16({image.width, image.height}).u32({72 << 16, 72 << 16, 0}).u16({1}).add(Vector(32, 0));
-  out.u16({image.depth, image.paletteId}).add(image.extra);
-  return out.bytes;
-}
-
-struct Placed {
-  Box source;
-  int left = 0;
-  int top = 0;
-  int mode = 64;
-  Vector matte{};
-  Vector mask{};
-};
-
-Vector operands(const Described &image, const Vector &data, const Placed &placed) {
-  ByteMaker out;
-  out.u16({0}).u32({0x10000, 0, 0, 0, 0x10000, 0}).u16({placed.left, 0, placed.top, 0}).u32({0x40000000});
-  out.u32({static_cast<uint32_t>(placed.matte.size())}).box(0, 0, 0, 0).u16({placed.mode});
-  const Box &s = placed.source;
-  out.box(s.top, s.left, s.bottom, s.right).u32({0, static_cast<uint32_t>(placed.mask.size())});
-  out.add(placed.matte).add(placed.mask).add(description(image)).add(data);
-  return out.bytes;
-}
-
-void addCompressed(PictureMaker &picture, const Described &image, const Vector &data, const Placed &placed) {
-  const Vector bytes = operands(image, data, placed);
-  picture.op(0x8200).u32({static_cast<uint32_t>(bytes.size())}).add(bytes);
-}
 
 constexpr Box kBox2x2{0, 0, 2, 2};
 const Vector kRawRedGreenBlueWhite{255, 0, 0, 0, 255, 0, 0, 0, 255, 255, 255, 255};
@@ -109,42 +70,14 @@ TEST(PictCompressed, AMaskLetsOnlyItsPixelsThrough) {
   EXPECT_EQ(drawn(picture.end()), (Grid{".G", ".."}));
 }
 
-std::string rowOf(const Described &image, const Vector &data) {
-  PictureMaker picture(1, image.width);
-  addCompressed(picture, image, data, {{0, 0, image.width, 1}});
-  return drawn(picture.end()).at(0);
-}
-
 TEST(PictCompressed, RawPixelsOfEveryDepth) {
   const Vector table = ByteMaker().u32({0}).u16({int{0x8000}, 1, 0, -1, 0, 0, 0, 0, 0, -1}).bytes;
-  EXPECT_EQ(rowOf({"raw ", 4, 1, 1, 0, table}, {0x50, 0}), "RBRB");
-  EXPECT_EQ(rowOf({"raw ", 4, 1, 8, 0, table}, {0, 1, 1, 0}), "RBBR");
-  EXPECT_EQ(rowOf({"raw ", 4, 1, 1}, {0x50, 0}), ".#.#");
-  EXPECT_EQ(rowOf({"raw ", 4, 1, 40, 40}, {0, 255, 255, 0}), ".##.");
-  EXPECT_EQ(rowOf({"raw ", 4, 1, 16}, {0x7C, 0, 0x03, 0xE0, 0, 0x1F, 0x7F, 0xFF}), "RGB.");
-  EXPECT_EQ(rowOf({"raw ", 2, 1, 32}, {0, 255, 0, 0, 0, 0, 0, 255}), "RB");
-}
-
-// Five greys, one row skipped, a run and a copy.
-TEST(PictCompressed, RunLengthsOfFourPixelsEach) {
-  const Vector data = ByteMaker()
-                          .u32({0})
-                          .u16({8, 1, 0, 2, 0})
-                          .u8({2, 1, 255, 255, 0, 0, 0xFF})
-                          .u8({1, 0xFE, 255, 255, 255, 255, 0xFF})
-                          .u8({0})
-                          .bytes;
-  PictureMaker picture(3, 8);
-  addCompressed(picture, {"rle ", 8, 3, 40, 40}, data, {{0, 0, 8, 3}});
-  EXPECT_EQ(drawn(picture.end()), (Grid{"########", "######..", "########"}));
-}
-
-TEST(PictCompressed, RunLengthsOfDeepPixels) {
-  const Vector data =
-      ByteMaker().u32({0}).u16({0}).u8({1, 0xFE, 255, 0, 0, 0, 2, 1, 0, 0, 255, 0xFF, 0}).bytes;
-  PictureMaker picture(1, 4);
-  addCompressed(picture, {"rle ", 4, 1, 24}, data, {{0, 0, 4, 1}});
-  EXPECT_EQ(drawn(picture.end()), (Grid{"RR#B"}));
+  EXPECT_EQ(gridOfImage({"raw ", 4, 1, 1, 0, table}, {0x50, 0}), (Grid{"RBRB"}));
+  EXPECT_EQ(gridOfImage({"raw ", 4, 1, 8, 0, table}, {0, 1, 1, 0}), (Grid{"RBBR"}));
+  EXPECT_EQ(gridOfImage({"raw ", 4, 1, 1}, {0x50, 0}), (Grid{".#.#"}));
+  EXPECT_EQ(gridOfImage({"raw ", 4, 1, 40, 40}, {0, 255, 255, 0}), (Grid{".##."}));
+  EXPECT_EQ(gridOfImage({"raw ", 4, 1, 16}, {0x7C, 0, 0x03, 0xE0, 0, 0x1F, 0x7F, 0xFF}), (Grid{"RGB."}));
+  EXPECT_EQ(gridOfImage({"raw ", 2, 1, 32}, {0, 255, 0, 0, 0, 0, 0, 255}), (Grid{"RB"}));
 }
 
 TEST(PictCompressed, CodecsNobodyKnowsLeaveTheStandIn) {

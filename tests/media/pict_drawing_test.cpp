@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "picture_grid.h"
 #include "picture_maker.h"
 
 namespace codecs::pict {

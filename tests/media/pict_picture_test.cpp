@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "media/codecs/pict/opcode_walker.h"
+#include "picture_grid.h"
 #include "picture_maker.h"
 
 namespace codecs::pict {

@@ -3,6 +3,7 @@
 #include <random>
 
 #include "media/codecs/big_endian.h"
+#include "picture_grid.h"
 #include "picture_maker.h"
 
 namespace codecs::pict {

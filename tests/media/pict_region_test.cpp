@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "media/codecs/pict/region_data.h"
+#include "picture_grid.h"
 #include "picture_maker.h"
 
 namespace codecs::pict {

@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "media/codecs/pict/oval_rows.h"
+#include "picture_grid.h"
 #include "picture_maker.h"
 
 namespace codecs::pict {

@@ -5,6 +5,7 @@
 #include "media/codecs/pict/coverage.h"
 #include "media/codecs/pict/font_files.h"
 #include "media/codecs/pict/font_names.h"
+#include "picture_grid.h"
 #include "picture_maker.h"
 
 namespace codecs::pict {

@@ -4,6 +4,7 @@
 #include <random>
 
 #include "media/codecs/big_endian.h"
+#include "picture_grid.h"
 #include "picture_maker.h"
 #include "profiles.h"
 

@@ -16,6 +16,12 @@ struct Named {
 constexpr std::array kDecoders = std::to_array<Named>({
     {fourCharacterCode("raw "), decodeRaw},
     {fourCharacterCode("rle "), decodeRle},
+    {fourCharacterCode("rpza"), decodeRpza},
+    {fourCharacterCode("cvid"), decodeCvid},
+    {fourCharacterCode("smc "), decodeSmc},
+    {fourCharacterCode("WRLE"), decodeWrle},
+    {fourCharacterCode("8BPS"), decode8bps},
+    {fourCharacterCode("yuv2"), decodeYuv2},
 });
 
 Fault decodeInto(FrameDecoder decode, const ImageDescription &description, Bytes data,

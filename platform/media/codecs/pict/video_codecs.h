@@ -14,6 +14,12 @@ using FrameDecoder = Fault (*)(const ImageDescription &description, Bytes data, 
 
 Fault decodeRaw(const ImageDescription &description, Bytes data, DecodedImage &image);
 Fault decodeRle(const ImageDescription &description, Bytes data, DecodedImage &image);
+Fault decodeRpza(const ImageDescription &description, Bytes data, DecodedImage &image);
+Fault decodeCvid(const ImageDescription &description, Bytes data, DecodedImage &image);
+Fault decodeSmc(const ImageDescription &description, Bytes data, DecodedImage &image);
+Fault decodeWrle(const ImageDescription &description, Bytes data, DecodedImage &image);
+Fault decode8bps(const ImageDescription &description, Bytes data, DecodedImage &image);
+Fault decodeYuv2(const ImageDescription &description, Bytes data, DecodedImage &image);
 
 // Row y of an image that is being decoded.
 inline Pixel *pixelRow(DecodedImage &image, uint32_t y) noexcept {
