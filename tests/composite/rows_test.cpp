@@ -4,8 +4,16 @@
 
 #include <algorithm>
 #include <cstring>
+#include <ostream>
 
 #include "composite/blend_support.h"
+
+namespace drav {
+
+// By its name: an address would be another in every run.
+static void PrintTo(const RowTable *table, std::ostream *out) { *out << table->name; }
+
+}  // namespace drav
 
 namespace {
 
