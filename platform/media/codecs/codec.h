@@ -56,7 +56,7 @@ struct EncodeSource {
   uint32_t height = 0;
   RowLayout layout = RowLayout::rgbx;
   bool premultiplied = false;  // the colours of rgba; only where alpha comes as stored
-  Bytes profile;  // ICC bytes to embed; empty: none
+  Bytes profile;               // ICC bytes to embed; empty: none
   Resolution resolution;
 
   // Writes row y (from the top; asked for once each, in order) to `out`; false ends the encoding.
@@ -84,6 +84,10 @@ struct CodecRecord {
   // Appends the file to `file`; on a fault what was appended means nothing.
   Fault (*encode)(const EncodeSource &source, std::vector<uint8_t> &file) noexcept;
   AlphaSupport alphaSupport;
+
+  // Formats that hold drawings can be decoded at any size; null for those of pixels alone.
+  Result<DecodedImage> (*decodeAtSize)(Bytes file, uint32_t width, uint32_t height,
+                                       const CGImageDecodeLimits &limits) noexcept = nullptr;
 };
 
 // As many first bytes as any codec looks at.

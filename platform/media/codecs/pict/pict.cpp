@@ -23,6 +23,7 @@ constinit const CodecRecord kPictCodec{
     .decode = decodePict,
     .encode = encodePict,
     .alphaSupport = AlphaSupport::asStored,
+    .decodeAtSize = decodePictAtSize,
 };
 
 }  // namespace codecs

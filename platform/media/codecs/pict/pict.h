@@ -12,6 +12,10 @@ int scorePict(Bytes head) noexcept;
 // before its end fails; only the end mark may be missing.
 Result<DecodedImage> decodePict(Bytes file, const CGImageDecodeLimits &limits) noexcept;
 
+// The same, drawn at that size in pixels: lines, shapes and letters are as fine there as they can be.
+Result<DecodedImage> decodePictAtSize(Bytes file, uint32_t width, uint32_t height,
+                                      const CGImageDecodeLimits &limits) noexcept;
+
 // A version 2 picture of one image in direct pixels, three components or, with alpha, four, behind 512
 // blank bytes. unsupported above 32,767 pixels a side, which is as far as coordinates reach.
 Fault encodePict(const EncodeSource &source, std::vector<uint8_t> &file) noexcept;

@@ -3,22 +3,22 @@
 #include <new>
 
 #include "media/codecs/frame.h"
-#include "media/codecs/pict/opcode_walker.h"
 #include "media/codecs/pict/pict.h"
 #include "media/codecs/pict/player.h"
+#include "media/codecs/pict/survey.h"
 
 namespace codecs {
 namespace {
 
 using namespace pict;
 
-// Goes over all opcodes without drawing, so that a damaged picture costs no canvas.
-Fault survey(const Picture &picture, const CGImageDecodeLimits &limits) noexcept {
-  OpcodeWalker walker(picture);
-  while (walker.next()) {
-    if (walker.count() > limits.pictOpcodes) return Fault::tooLarge;
-  }
-  return walker.fault();
+struct Size {
+  uint64_t width;
+  uint64_t height;
+};
+
+Size sizeOf(const Box &box) noexcept {
+  return {static_cast<uint64_t>(box.width()), static_cast<uint64_t>(box.height())};
 }
 
 void fillAlpha(DecodedImage &image) noexcept {
@@ -34,11 +34,9 @@ Fault judge(const Findings &findings, bool hasEnd) noexcept {
   return hasEnd ? Fault::none : Fault::truncated;
 }
 
-Fault draw(const Picture &picture, size_t fileBytes, const CGImageDecodeLimits &limits, DecodedImage &image) {
-  const Box &drawing = picture.drawing;
-  if (drawing.isEmpty()) return Fault::damaged;
-  Fault fault = makeFrame(image, static_cast<uint64_t>(drawing.width()),
-                          static_cast<uint64_t>(drawing.height()), PixelLayout::argb32, limits);
+Fault draw(const Picture &picture, size_t fileBytes, Size size, const CGImageDecodeLimits &limits,
+           DecodedImage &image) {
+  Fault fault = makeFrame(image, size.width, size.height, PixelLayout::argb32, limits);
   if (fault != Fault::none) return fault;
   const Canvas canvas{reinterpret_cast<Pixel *>(image.pixels.data()), image.width, image.height};
   const uint64_t area = uint64_t{image.width} * image.height;
@@ -57,23 +55,39 @@ Fault draw(const Picture &picture, size_t fileBytes, const CGImageDecodeLimits &
     fillAlpha(image);
   }
   image.profile = std::move(findings.profile);
-  image.resolution = picture.resolution;
+  const Size natural = sizeOf(picture.drawing);
+  image.resolution = {
+      picture.resolution.x * static_cast<double>(size.width) / static_cast<double>(natural.width),
+      picture.resolution.y * static_cast<double>(size.height) / static_cast<double>(natural.height)};
   return Fault::none;
+}
+
+// `size` none: the picture's own.
+Result<DecodedImage> decode(Bytes file, std::optional<Size> size,
+                            const CGImageDecodeLimits &limits) noexcept {
+  const auto survey = surveyPicture(file, limits);
+  if (!survey) return survey.fault;
+  const Picture &picture = survey.value.picture;
+  if (picture.drawing.isEmpty()) return Fault::damaged;
+  try {
+    DecodedImage image;
+    const Fault fault = draw(picture, file.size(), size.value_or(sizeOf(picture.drawing)), limits, image);
+    if (fault != Fault::none) return fault;
+    return image;
+  } catch (const std::bad_alloc &) {
+    return Fault::noMemory;
+  }
 }
 
 }  // namespace
 
 Result<DecodedImage> decodePict(Bytes file, const CGImageDecodeLimits &limits) noexcept {
-  try {
-    const auto picture = findPicture(file);
-    if (!picture) return Fault::unknownFormat;
-    if (const Fault fault = survey(*picture, limits); fault != Fault::none) return fault;
-    DecodedImage image;
-    if (const Fault fault = draw(*picture, file.size(), limits, image); fault != Fault::none) return fault;
-    return image;
-  } catch (const std::bad_alloc &) {
-    return Fault::noMemory;
-  }
+  return decode(file, std::nullopt, limits);
+}
+
+Result<DecodedImage> decodePictAtSize(Bytes file, uint32_t width, uint32_t height,
+                                      const CGImageDecodeLimits &limits) noexcept {
+  return decode(file, Size{width, height}, limits);
 }
 
 }  // namespace codecs

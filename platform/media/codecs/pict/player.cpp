@@ -38,7 +38,9 @@ Player::Player(const Picture &picture, Port &port, const CGImageDecodeLimits &li
       port_(port),
       limits_(limits),
       mapping_(picture.drawing, port.canvas().width, port.canvas().height),
-      profiles_(limits) {}
+      profiles_(limits) {
+  port_.pen.size = mapping_.size({1, 1});
+}
 
 Fault Player::play() {
   while (const auto opcode = walker_.next()) {
