@@ -14,7 +14,7 @@ test_help_is_everywhere() {
   expect_contains out "convert"
   expect_contains out "--limits"
   local command
-  for command in info convert formats crop scale flip gray invert alpha "alpha add" mask composite tile gallery trace; do
+  for command in info convert formats crop scale flip gray invert alpha "alpha add" mask composite tile gallery trace recolor; do
     # shellcheck disable=SC2086
     run $command --help
     expect_status 0

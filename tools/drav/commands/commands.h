@@ -20,9 +20,10 @@ void addComposite(CLI::App &tool, int &exitStatus);
 void addTile(CLI::App &tool, int &exitStatus);
 void addGallery(CLI::App &tool, int &exitStatus);
 void addTrace(CLI::App &tool, int &exitStatus);
+void addRecolor(CLI::App &tool, int &exitStatus);
 void addFormats(CLI::App &tool, int &exitStatus);
 
 // In the order in which --help lists them.
-inline constexpr AddCommand kCommands[] = {addInfo, addConvert, addCrop,  addScale,  addFlip,
-                                           addGray, addInvert,  addAlpha, addMask,   addComposite,
-                                           addTile, addGallery, addTrace, addFormats};
+inline constexpr AddCommand kCommands[] = {addInfo, addConvert, addCrop,  addScale,   addFlip,
+                                           addGray, addInvert,  addAlpha, addMask,    addComposite,
+                                           addTile, addGallery, addTrace, addRecolor, addFormats};
