@@ -73,10 +73,21 @@ bool makeBuffer(DRAVCFImageRef image, bool toColor, bool addAlpha) {
   return true;
 }
 
+// Whether making the buffer anew would give the very bytes it holds: premultiplied pixels in the native space
+// with packed rows draw onto nothing as themselves. A platform image beside the buffer would be drawn
+// instead, and may be another picture.
+bool isItsOwnPromotion(DRAVCFImageRef image) {
+  return !image->cgImage && drav::bufferHas32BitPixels(image) && image->bitsPerComponent == 8 &&
+         image->alphaInfo == kCGImageAlphaPremultipliedFirst && image->bytesPerRow == 4 * image->width &&
+         image->width > 0 && image->height > 0 && image->colorSpace && gDRAVCFNativeColorSpace &&
+         CFEqual(image->colorSpace, gDRAVCFNativeColorSpace);
+}
+
 }  // namespace
 
 void DRAVCFImagePromoteImage(DRAVCFImageRef image, Boolean toColor, Boolean addAlpha) {
   if (!toColor && !addAlpha && image->buffer) return;
+  if (isItsOwnPromotion(image)) return;
   // The buffer is always made from the platform image. Where that cannot be had the old buffer goes all
   // the same, and the pixels with it: callers see a NULL buffer, never one in the wrong layout.
   DRAVCFImageGetCGImage(image);

@@ -1,4 +1,5 @@
 // Grey and colour.
+#include <bit>
 #include <cstring>
 
 #include "core/block.h"
@@ -9,9 +10,22 @@
 namespace {
 
 // The mean of three bytes, rounded. The float arithmetic that defines it, a sum of v / 255 in single
-// precision divided by 3, agrees for all 2^24 colours: a third is never close to a half.
-constexpr uint8_t mean(unsigned red, unsigned green, unsigned blue) noexcept {
-  return static_cast<uint8_t>((red + green + blue + 1) / 3);
+// precision divided by 3, agrees for all 2^24 colours: a third is never close to a half. The factor is a hair
+// above a third, so that whole numbers stay whole; a multiplication keeps the loop in vectors.
+constexpr uint32_t mean(uint32_t red, uint32_t green, uint32_t blue) noexcept {
+  return static_cast<uint32_t>(static_cast<float>(static_cast<int32_t>(red + green + blue + 1)) *
+                               0.33333334F);
+}
+
+// The pixel as a word whose order is the machine's: byte n of memory in bits shiftOf(n) on.
+constexpr unsigned shiftOf(unsigned byte) noexcept {
+  return 8 * (std::endian::native == std::endian::little ? byte : 3 - byte);
+}
+
+constexpr uint32_t grayWord(uint32_t word) noexcept {
+  const auto byte = [word](unsigned n) { return word >> shiftOf(n) & 255U; };
+  const uint32_t gray = mean(byte(1), byte(2), byte(3));
+  return byte(0) << shiftOf(0) | gray << shiftOf(1) | gray << shiftOf(2) | gray << shiftOf(3);
 }
 
 }  // namespace
@@ -46,11 +60,10 @@ void DRAVCFImageMakeGrayscale(DRAVCFImageRef image) {
   uint8_t *pixels = image->buffer;
   const size_t count = image->bufferSize / drav::kPixelBytes;
   for (size_t i = 0; i < count; ++i) {
-    uint8_t *pixel = pixels + drav::kPixelBytes * i;
-    const uint8_t gray = mean(pixel[1], pixel[2], pixel[3]);
-    pixel[1] = gray;
-    pixel[2] = gray;
-    pixel[3] = gray;
+    uint32_t word;
+    std::memcpy(&word, pixels + drav::kPixelBytes * i, sizeof word);
+    word = grayWord(word);
+    std::memcpy(pixels + drav::kPixelBytes * i, &word, sizeof word);
   }
   DRAVCFImageInvalidateImage(image);
 }

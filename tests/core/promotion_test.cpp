@@ -196,6 +196,27 @@ TEST(Promotion, OfABufferAlreadyRightKeepsEveryPremultipliedByte) {
   EXPECT_EQ(bufferOf(image.get()), all);
 }
 
+TEST(Promotion, OfABufferAlreadyRightIsThatOfItsPlatformImage) {
+  // Pixels with colours above their alpha, too: drawing copies them.
+  Bytes pixels;
+  for (int i = 0; i < 1024; ++i) pixels.push_back(static_cast<uint8_t>(i * 37 + i / 7));
+  const cf::Ref image = makeARGBImage(16, 16, pixels), drawn = makeARGBImage(16, 16, pixels);
+  ASSERT_NE(DRAVCFImageGetCGImage(drawn.get()), nullptr);
+  DRAVCFImagePromoteImage(image.get(), 0, 1);
+  DRAVCFImagePromoteImage(drawn.get(), 0, 1);
+  EXPECT_EQ(bufferOf(image.get()), bufferOf(drawn.get()));
+  EXPECT_EQ(image->cgImage, nullptr);
+  EXPECT_EQ(drawn->cgImage, nullptr);
+}
+
+TEST(Promotion, WithAPlatformImageThatDiffersTakesThat) {
+  const cf::Ref image = makeARGBImage(1, 1, {255, 1, 1, 1});
+  ASSERT_NE(DRAVCFImageGetCGImage(image.get()), nullptr);
+  image->buffer[1] = 99;
+  DRAVCFImagePromoteImage(image.get(), 0, 1);
+  EXPECT_EQ(bufferOf(image.get()), (Bytes{255, 1, 1, 1}));
+}
+
 TEST(Promotion, OfPaddedRowsGivesPackedRows) {
   const Bytes padded{255, 1, 2, 3, 0, 0, 0, 0, 255, 4, 5, 6, 0, 0, 0, 0};
   const cf::Ref image = cf::adopt(DRAVCFImageCreateWithBuffer(
