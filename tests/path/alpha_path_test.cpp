@@ -181,6 +181,7 @@ TEST(CopyAlphaPath, GivesNullOrTheWholePathWhenTheImagesAllocatorFails) {
   testing_support::forEachFailedAllocation([&](CFAllocatorRef allocator, long) {
     const Image image = imageOf(ring(), kCGImageAlphaPremultipliedFirst, allocator);
     if (!image) return;
+    DRAVCFImageGetCGImage(image.get());  // beside it the buffer has to be made anew
     const PathRef path = quietPath(image.get(), 0.0F);
     if (path) {
       EXPECT_EQ(kRingPath, written(path.get()));
