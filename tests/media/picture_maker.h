@@ -27,7 +27,7 @@ class ByteMaker {
   // In the order of files.
   ByteMaker &box(int top, int left, int bottom, int right) { return u16({top, left, bottom, right}); }
   ByteMaker &text(const std::string &letters) {
-    bytes.insert(bytes.end(), letters.begin(), letters.end());
+    for (const char letter : letters) bytes.push_back(static_cast<uint8_t>(letter));
     return *this;
   }
   ByteMaker &add(const std::vector<uint8_t> &more) {

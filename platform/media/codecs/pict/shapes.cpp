@@ -155,13 +155,16 @@ Region slantedLine(Point from, Point to, Point pen, Rows rows) {
 
 }  // namespace
 
+// Against a pixel that is filled, what an edge costs in each row: a division, and its part in the sorting.
+constexpr uint64_t kEdgeEffort = 8;
+
 uint64_t polygonEffort(std::span<const Point> points, Rows rows) noexcept {
   uint64_t effort = points.size();
   for (size_t i = 0; i < points.size(); ++i) {
     const Point from = points[i], to = points[(i + 1) % points.size()];
     const int32_t top = std::max(std::min(from.v, to.v), rows.top),
                   bottom = std::min(std::max(from.v, to.v), rows.bottom);
-    if (top < bottom) effort += static_cast<uint64_t>(bottom - top);
+    if (top < bottom) effort += kEdgeEffort * static_cast<uint64_t>(bottom - top);
   }
   return effort;
 }

@@ -24,7 +24,7 @@ Region wedgeRegion(const Box &box, int startAngle, int arcAngle, Rows rows);
 // What lies inside a closed polygon by the even-odd rule: pixels whose middle does.
 Region polygonRegion(std::span<const Point> points, Rows rows);
 
-// How many edges that looks at.
+// What that costs, in pixel visits.
 uint64_t polygonEffort(std::span<const Point> points, Rows rows) noexcept;
 
 // The pixels that a pen, a box below and to the right of its point, covers on its way.
