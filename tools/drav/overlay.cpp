@@ -54,7 +54,7 @@ class Pen {
   static std::pair<long, long> piece(const Place &from, const Place &to, long y, long reach) noexcept {
     if (from.y == to.y) return std::minmax(from.x, to.x);
     const double slope = static_cast<double>(to.x - from.x) / static_cast<double>(to.y - from.y);
-    const auto [top, bottom] = std::minmax(from.y, to.y);
+    const long top = std::min(from.y, to.y), bottom = std::max(from.y, to.y);
     const auto xAt = [&](long row) {
       return from.x + std::lround(slope * static_cast<double>(std::clamp(row, top, bottom) - from.y));
     };
