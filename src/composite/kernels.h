@@ -30,19 +30,24 @@ struct KernelPlace {
 };
 KernelPlace placeOfKernel(DRAVCFCompositeFunction kernel) noexcept;
 
-#define DRAV_EACH_BLEND_MODE(X)                                                                  \
-  X(Clear)                                                                                       \
-  X(CopySrc)                                                                                     \
-  X(CopyDest)                                                                                    \
-  X(SrcOver)                                                                                     \
-  X(DestOver)                                                                                    \
-  X(SrcIn)                                                                                       \
-  X(DestIn)                                                                                      \
-  X(SrcOut)                                                                                      \
-  X(DestOut)                                                                                     \
-  X(SrcAtop)                                                                                     \
-  X(DestAtop) X(XOR) X(Plus) X(Multiply) X(Screen) X(Overlay) X(Darken) X(Lighten) X(ColorDodge) \
-      X(ColorBurn) X(HardLight) X(SoftLight) X(Difference) X(Exclusion)
+#define DRAV_EACH_BLEND_MODE(X) \
+  X(Clear)                      \
+  X(CopySrc)                    \
+  X(CopyDest)                   \
+  X(SrcOver)                    \
+  X(DestOver)                   \
+  X(SrcIn)                      \
+  X(DestIn)                     \
+  X(SrcOut)                     \
+  X(DestOut)                    \
+  X(SrcAtop)                    \
+  X(DestAtop)                   \
+  X(XOR)                        \
+  X(Plus)                       \
+  X(Multiply)                   \
+  X(Screen)                     \
+  X(Overlay)                    \
+  X(Darken) X(Lighten) X(ColorDodge) X(ColorBurn) X(HardLight) X(SoftLight) X(Difference) X(Exclusion)
 
 #define DRAV_DECLARE_KERNELS(Mode)                                                     \
   void Composite_S_8_##Mode(const uint8_t *source, uint8_t *destination) noexcept;     \

@@ -4,10 +4,10 @@
 #include <new>
 #include <optional>
 
+#include "media/codecs/cmyk_rows.h"
 #include "media/codecs/frame.h"
 #include "media/codecs/icc.h"
 #include "media/codecs/jpeg.h"
-#include "media/codecs/cmyk_rows.h"
 #include "media/codecs/jpeg_library.h"
 #include "media/codecs/jpeg_profile.h"
 
