@@ -38,13 +38,15 @@ TEST(PictMemory, ReadingSurvivesEveryFailedRequest) {
   const Vector file = busyPicture();
   ASSERT_EQ(decodeBytes(file).fault, Fault::none);
   bool failed = true;
-  long request = 0;
+  long request = 1;
   for (; failed; ++request) {
     ASSERT_LT(request, 10000);
-    grantRequests(request);
-    const auto result = decodePict(file, kPictureLimits);
-    failed = hasRequestFailed();
-    grantRequests(-1);
+    const auto result = [&] {
+      const testing_support::FailingNew failing(request);
+      auto read = decodePict(file, kPictureLimits);
+      failed = failing.failed();
+      return read;
+    }();
     ASSERT_EQ(result.fault, failed ? Fault::noMemory : Fault::none) << request;
   }
   EXPECT_GT(request, 20);
@@ -59,14 +61,16 @@ TEST(PictMemory, WritingSurvivesEveryFailedRequest) {
     return true;
   };
   bool failed = true;
-  long request = 0;
+  long request = 1;
   for (; failed; ++request) {
     ASSERT_LT(request, 1000);
     Vector file;
-    grantRequests(request);
-    const Fault fault = encodePict(source, file);
-    failed = hasRequestFailed();
-    grantRequests(-1);
+    const Fault fault = [&] {
+      const testing_support::FailingNew failing(request);
+      const Fault written = encodePict(source, file);
+      failed = failing.failed();
+      return written;
+    }();
     ASSERT_EQ(fault, failed ? Fault::noMemory : Fault::none) << request;
   }
   EXPECT_GT(request, 5);
