@@ -34,13 +34,14 @@ Fault judge(const Findings &findings, bool hasEnd) noexcept {
   return hasEnd ? Fault::none : Fault::truncated;
 }
 
-Fault draw(const Picture &picture, size_t fileBytes, Size size, const CGImageDecodeLimits &limits,
+Fault draw(const Survey &survey, size_t fileBytes, Size size, const CGImageDecodeLimits &limits,
            DecodedImage &image) {
+  const Picture &picture = survey.picture;
   Fault fault = makeFrame(image, size.width, size.height, PixelLayout::argb32, limits);
   if (fault != Fault::none) return fault;
   const Canvas canvas{reinterpret_cast<Pixel *>(image.pixels.data()), image.width, image.height};
   const uint64_t area = uint64_t{image.width} * image.height;
-  std::fill_n(canvas.pixels, area, kClear);
+  std::fill_n(canvas.pixels, area, survey.mayHaveAlpha ? kClear : kWhite);
   Budget budget(area, fileBytes, limits);
   Port port(canvas, budget);
   Player player(picture, port, limits);
@@ -52,7 +53,7 @@ Fault draw(const Picture &picture, size_t fileBytes, Size size, const CGImageDec
   image.depth = findings.hasAlpha ? 32 : findings.depth ? findings.depth : 24;
   if (!findings.hasAlpha) {
     image.layout = PixelLayout::xrgb32;
-    fillAlpha(image);
+    if (survey.mayHaveAlpha) fillAlpha(image);
   }
   image.profile = std::move(findings.profile);
   const Size natural = sizeOf(picture.drawing);
@@ -71,7 +72,8 @@ Result<DecodedImage> decode(Bytes file, std::optional<Size> size,
   if (picture.drawing.isEmpty()) return Fault::damaged;
   try {
     DecodedImage image;
-    const Fault fault = draw(picture, file.size(), size.value_or(sizeOf(picture.drawing)), limits, image);
+    const Fault fault =
+        draw(survey.value, file.size(), size.value_or(sizeOf(picture.drawing)), limits, image);
     if (fault != Fault::none) return fault;
     return image;
   } catch (const std::bad_alloc &) {

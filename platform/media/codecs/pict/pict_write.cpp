@@ -20,6 +20,7 @@ constexpr size_t kMostProfilePart = 32763;  // of a comment, behind the selector
 constexpr uint32_t kShortRow = 8;           // shorter rows are stored as they are
 constexpr uint32_t kLongestByteCount = 250;
 constexpr double kScreenResolution = 72;
+constexpr size_t kMostReserved = size_t{1} << 28;  // before it is known how well an image packs
 
 // Big-endian fields at the end of a vector.
 class Out {
@@ -69,10 +70,15 @@ class Writing {
   }
 
   Fault write() {
-    if (!packRows()) return Fault::noMemory;
     writeHeader();
     writeProfile();
-    for (Strip &strip : strips_) writeStrip(strip);
+    writeStripHeader(strips_.front());
+    file_.reserve(file_.size() + std::min(kMostReserved, source_.height * (packed_.size() + 2)));
+    if (!packRows()) return Fault::noMemory;
+    for (const Strip &strip : std::span(strips_).subspan(1)) {
+      writeStripHeader(strip);
+      out_.bytes(strip.rows);
+    }
     pad();
     out_.u16(0x00FF);
     const size_t size = file_.size() - start_;
@@ -117,36 +123,34 @@ class Writing {
     pad();
   }
 
-  void writeStrip(Strip &strip) {
+  void writeStripHeader(const Strip &strip) {
     const uint32_t right = strip.left + strip.width;
     pad();
     out_.u16(0x009A).u32(0xFF).u16(strip.rowBytes() | 0x8000).box(strip.left, 0, right, source_.height);
     out_.u16(0).u16(4).u32(0).fixed(resolution_.x).fixed(resolution_.y).u16(16).u16(32);
     out_.u16(planeCount()).u16(8).u32(0).u32(0).u32(0);
     out_.box(strip.left, 0, right, source_.height).box(strip.left, 0, right, source_.height).u16(0);
-    out_.bytes(strip.rows);
-    strip.rows = {};
   }
 
-  // Rows come once and whole, so the strips are packed side by side.
+  // Rows come once and whole: the first strip's go into the file, the others' wait for their turn.
   bool packRows() {
     for (uint32_t y = 0; y < source_.height; ++y) {
       if (!source_.copyRow(source_.context, y, row_.data())) return false;
-      for (Strip &strip : strips_) packRow(strip);
+      for (Strip &strip : strips_) packRow(strip, &strip == strips_.data() ? file_ : strip.rows);
     }
     return true;
   }
 
-  void packRow(Strip &strip) {
+  void packRow(const Strip &strip, std::vector<uint8_t> &to) {
     const uint8_t *const from = row_.data() + strip.left * bytesPerPixel(source_.layout);
     if (strip.rowBytes() < kShortRow) {
       const size_t green = source_.layout == RowLayout::grey ? 0 : 1, blue = 2 * green;
-      Out(strip.rows).u8(hasAlpha() ? from[3] : 0).u8(from[0]).u8(from[green]).u8(from[blue]);
+      Out(to).u8(hasAlpha() ? from[3] : 0).u8(from[0]).u8(from[green]).u8(from[blue]);
       return;
     }
     splitPlanes(from, strip.width);
     const size_t size = packBytes(Bytes(planes_.data(), size_t{planeCount()} * strip.width), packed_.data());
-    Out out(strip.rows);
+    Out out(to);
     strip.rowBytes() > kLongestByteCount ? out.u16(static_cast<unsigned>(size))
                                          : out.u8(static_cast<unsigned>(size));
     out.bytes(Bytes(packed_.data(), size));
@@ -162,10 +166,11 @@ class Writing {
       for (size_t x = 0; x < width; ++x) to[x] = from[4 * x + 3];
       to += width;
     }
+    uint8_t *const red = to, *const green = red + width, *const blue = green + width;
     for (size_t x = 0; x < width; ++x) {
-      to[x] = from[4 * x];
-      to[width + x] = from[4 * x + 1];
-      to[2 * width + x] = from[4 * x + 2];
+      red[x] = from[4 * x];
+      green[x] = from[4 * x + 1];
+      blue[x] = from[4 * x + 2];
     }
   }
 

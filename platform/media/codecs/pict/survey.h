@@ -13,7 +13,8 @@ struct OpcodeVisitor {
 
 struct Survey {
   Picture picture;
-  uint64_t opcodes = 0;  // the end mark not counted
+  uint64_t opcodes = 0;       // the end mark not counted
+  bool mayHaveAlpha = false;  // some opcode brings a fourth component or a matte
 };
 
 // Goes over all opcodes without drawing, so that a damaged picture costs no canvas.
