@@ -37,4 +37,25 @@ bool walkFits(const PixelArea &area, size_t bytesPerPixel, size_t bytesPerRow, s
   return end && *end <= bufferSize;
 }
 
+bool makeWalk(const WalkBuffers &buffers, const CGRect &from, const CGRect &to, Walk &walk) noexcept {
+  PixelArea read{}, written{};
+  if (!hasPixels(from) || !hasPixels(to) || !pixelArea(from, read) || !pixelArea(to, written)) return false;
+  // The destination's size sets the walk in both. A source that was cropped or scaled before may no longer
+  // reach that far.
+  read.width = written.width;
+  read.height = written.height;
+  const cf::Size destinationSize = cf::product(buffers.destinationBytesPerRow, buffers.destinationHeight);
+  if (!destinationSize ||
+      !walkFits(read, buffers.bytesPerPixel, buffers.sourceBytesPerRow, buffers.sourceSize) ||
+      !walkFits(written, buffers.bytesPerPixel, buffers.destinationBytesPerRow, *destinationSize)) {
+    return false;
+  }
+  walk = {
+      buffers.source + read.y * buffers.sourceBytesPerRow + read.x * buffers.bytesPerPixel,
+      buffers.sourceBytesPerRow,
+      buffers.destination + written.y * buffers.destinationBytesPerRow + written.x * buffers.bytesPerPixel,
+      buffers.destinationBytesPerRow, written};
+  return true;
+}
+
 }  // namespace drav

@@ -4,6 +4,7 @@
 #include <CoreGraphics/CGGeometry.h>
 
 #include <cstddef>
+#include <cstdint>
 
 namespace drav {
 
@@ -20,6 +21,25 @@ struct PixelArea {
   size_t x, y, width, height;
 };
 bool pixelArea(const CGRect &rect, PixelArea &area) noexcept;
+
+// A walk over a source and a destination of the same size: where both begin, and their strides.
+struct Walk {
+  const uint8_t *source;
+  size_t sourceBytesPerRow;
+  uint8_t *destination;
+  size_t destinationBytesPerRow;
+  PixelArea written;
+};
+
+// The walk between two clipped rectangles; its size is the destination's. False where there is nothing to
+// walk over, or it would leave a buffer.
+struct WalkBuffers {
+  const uint8_t *source;
+  size_t sourceSize, sourceBytesPerRow;
+  uint8_t *destination;
+  size_t destinationBytesPerRow, destinationHeight, bytesPerPixel;
+};
+bool makeWalk(const WalkBuffers &buffers, const CGRect &from, const CGRect &to, Walk &walk) noexcept;
 
 // Whether a walk over width x height pixels from (x, y) stays within a buffer, and its rows within theirs.
 bool walkFits(const PixelArea &area, size_t bytesPerPixel, size_t bytesPerRow, size_t bufferSize) noexcept;

@@ -2,7 +2,6 @@
 #include "composite/clipping.h"
 #include "composite/rows.h"
 #include "core/image.h"
-#include "foundation/sizes.h"
 
 namespace {
 
@@ -47,19 +46,12 @@ void DRAVCFImageCompositeRect(DRAVCFImageRef sourceImage, const CGRect *sourceRe
     from = CGRectMake(0, 0, CGRectGetWidth(to), CGRectGetHeight(to));
   }
   const uint8_t *source = DRAVCFImageGetImageBuffer(sourceImage);
-  drav::PixelArea read{}, written{};
-  if (!source || !drav::pixelArea(from, read) || !drav::pixelArea(to, written)) return;
-  // The destination's size sets the walk in both. A source that an earlier rectangle has cropped or scaled
-  // may no longer reach that far.
-  read.width = written.width;
-  read.height = written.height;
-  cf::Size destinationSize = cf::product(destinationBytesPerRow, destinationHeight);
-  if (!destinationSize || !drav::walkFits(read, bytesPerPixel, sourceBytesPerRow, sourceImage->bufferSize) ||
-      !drav::walkFits(written, bytesPerPixel, destinationBytesPerRow, *destinationSize)) {
+  drav::Walk walk{};
+  if (!source || !drav::makeWalk({source, sourceImage->bufferSize, sourceBytesPerRow, destinationBuffer,
+                                  destinationBytesPerRow, destinationHeight, bytesPerPixel},
+                                 from, to, walk)) {
     return;
   }
-  drav::compositeRows(compositor, source + read.y * sourceBytesPerRow + read.x * bytesPerPixel,
-                      sourceBytesPerRow,
-                      destinationBuffer + written.y * destinationBytesPerRow + written.x * bytesPerPixel,
-                      destinationBytesPerRow, written.width, written.height, bytesPerPixel);
+  drav::compositeRows(compositor, walk.source, walk.sourceBytesPerRow, walk.destination,
+                      walk.destinationBytesPerRow, walk.written.width, walk.written.height, bytesPerPixel);
 }

@@ -2,12 +2,14 @@
 //
 // Each tile is one composite. They all read the same source, so what each would do to it (copy it, promote
 // it, and where a tile is cut off crop and scale it) is done once, and only to the pixels that are read.
+#include <algorithm>
 #include <cmath>
 #include <cstring>
 #include <iterator>
 
 #include "composite/clipping.h"
 #include "composite/job.h"
+#include "composite/rows.h"
 #include "composite/work_image.h"
 #include "core/block.h"
 #include "core/image.h"
@@ -88,6 +90,12 @@ class FittedSources {
            drav::walkFits(area_, bytesPerPixel_, work_->bytesPerRow, work_->bufferSize);
   }
 
+  // Whether an image of that size is at hand.
+  [[nodiscard]] bool has(CGSize size) const {
+    return std::ranges::any_of(
+        entries_, [&](const Entry &entry) { return entry.image && CGSizeEqualToSize(entry.size, size); });
+  }
+
   // An image of that size; NULL if it cannot be made.
   DRAVCFImageRef at(CGSize size) {
     for (const Entry &entry : entries_) {
@@ -138,27 +146,74 @@ class FittedSources {
   size_t next_ = 0;
 };
 
-void compositeFitted(const drav::CompositeJob &job, DRAVCFImageRef fitted, const CGRect &tile) {
-  drav::CompositeJob fittedJob = job;
-  fittedJob.sourceWidth = fitted->width;
-  fittedJob.sourceHeight = fitted->height;
-  fittedJob.sourceBytesPerRow = fitted->bytesPerRow;
-  const CGRect whole =
-      CGRectMake(0, 0, static_cast<CGFloat>(fitted->width), static_cast<CGFloat>(fitted->height));
-  drav::compositeOne(fittedJob, fitted, whole, tile);
-}
+// Tiles side by side, drawn row by row through all of them: memory is then walked as it lies, while tile by
+// tile would jump to another row every few pixels. They do not overlap, so that the order makes no
+// difference.
+class Band {
+ public:
+  explicit Band(const drav::CompositeJob &job) : job_(job), row_(drav::rowForKernel(job.compositor)) {}
+  ~Band() { draw(); }
+  Band(const Band &) = delete;
+  Band &operator=(const Band &) = delete;
+
+  void add(DRAVCFImageRef source, size_t sourceBytesPerRow, const CGRect &from, const CGRect &to) {
+    drav::Walk walk{};
+    if (!drav::makeWalk({source->buffer, source->bufferSize, sourceBytesPerRow, job_.destinationBuffer,
+                         job_.destinationBytesPerRow, job_.destinationHeight, job_.bytesPerPixel},
+                        from, to, walk)) {
+      return;
+    }
+    if (count_ == std::size(walks_) || (count_ > 0 && !standsBeside(walk))) draw();
+    walks_[count_++] = walk;
+  }
+
+  void draw() {
+    const size_t height = count_ > 0 ? walks_[0].written.height : 0;
+    for (size_t y = 0; y < height; ++y) {
+      for (size_t i = 0; i < count_; ++i) {
+        const drav::Walk &walk = walks_[i];
+        row_(walk.source + y * walk.sourceBytesPerRow, walk.destination + y * walk.destinationBytesPerRow,
+             walk.written.width);
+      }
+    }
+    count_ = 0;
+  }
+
+ private:
+  // Whether it goes on from the last one, to the right or to the left, in the same rows.
+  [[nodiscard]] bool standsBeside(const drav::Walk &walk) const {
+    const drav::PixelArea &last = walks_[count_ - 1].written, &next = walk.written;
+    if (next.y != last.y || next.height != last.height) return false;
+    const bool goesRight = next.x >= last.x + last.width, goesLeft = next.x + next.width <= last.x;
+    if (count_ == 1) return goesRight || goesLeft;
+    return walks_[1].written.x > walks_[0].written.x ? goesRight : goesLeft;
+  }
+
+  const drav::CompositeJob &job_;
+  drav::RowFunction row_;
+  drav::Walk walks_[256];
+  size_t count_ = 0;
+};
 
 void tileAtOnce(DRAVCFImageRef work, const drav::CompositeJob &job, const CGRect &sourceRect,
                 FittedSources &fittedSources, const Grid &grid) {
+  const CGRect from = drav::clippedToImage(sourceRect, job.sourceWidth, job.sourceHeight);
+  if (!drav::hasPixels(from)) return;
+  Band band(job);
   for (uint32_t row = 0; row < grid.rows; ++row) {
     for (uint32_t column = 0; column < grid.columns; ++column) {
-      const CGRect tile = grid.at(column, row);
-      if (!drav::needsFitting(job, sourceRect, tile)) {
-        drav::compositeOne(job, work, sourceRect, tile);
+      const CGRect to =
+          drav::clippedToImage(grid.at(column, row), job.destinationWidth, job.destinationHeight);
+      if (!drav::hasPixels(to)) continue;
+      if (CGSizeEqualToSize(from.size, to.size)) {
+        band.add(work, job.sourceBytesPerRow, from, to);
         continue;
       }
-      const CGRect cut = drav::clippedToImage(tile, job.destinationWidth, job.destinationHeight);
-      if (DRAVCFImageRef fitted = fittedSources.at(cut.size)) compositeFitted(job, fitted, tile);
+      // Making another size may drop one that waits to be drawn.
+      if (!fittedSources.has(to.size)) band.draw();
+      if (DRAVCFImageRef fitted = fittedSources.at(to.size)) {
+        band.add(fitted, fitted->bytesPerRow, CGRectMake(0, 0, to.size.width, to.size.height), to);
+      }
     }
   }
 }
@@ -179,7 +234,8 @@ void DRAVCFImageTile(DRAVCFImageRef sourceImage, DRAVCFImageRef destinationImage
   const drav::CompositeJob job = drav::prepareJob(work.get(), destinationImage, mode);
   if (!job.compositor) return;
   FittedSources fittedSources(work.get(), job, sourceRect);
-  if (fittedSources.canStandIn()) {
+  const size_t kernelBytes = drav::bytesPerPixel(drav::placeOfKernel(job.compositor).format);
+  if (fittedSources.canStandIn() && kernelBytes == job.bytesPerPixel) {
     tileAtOnce(work.get(), job, sourceRect, fittedSources, grid);
   } else {
     tilePlainly(sourceImage, destinationImage, sourceRect, grid, mode);

@@ -359,6 +359,8 @@ TEST(Composite, OfPixelsSmallerThanTheirLayoutSaysDrawsNothing) {
     };
     const cf::Ref source = make(), destination = make();
     DRAVCFImageComposite(source.get(), destination.get(), nullptr, nullptr, 1, kDRAVCFBlendModeClear);
+    const CGRect one = CGRectMake(0, 0, 1, 1);
+    DRAVCFImageTile(source.get(), destination.get(), one, CGRectMake(0, 0, 2, 1), kDRAVCFBlendModeClear, 2);
     EXPECT_EQ(bufferOf(destination.get()), Bytes(6, 5)) << bits;
   }
 }
