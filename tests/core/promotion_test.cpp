@@ -151,6 +151,7 @@ TEST(Promotion, OfEveryGreyLayoutInAnotherProfileGivesColour) {
 
 TEST(Promotion, OfAlphaAloneGivesBlackWithThatAlpha) {
   expectAllFlagPairs(true, kCGImageAlphaOnly, Space::device);
+  expectAllFlagPairs(false, kCGImageAlphaOnly, Space::native);
 }
 
 TEST(Promotion, WithoutFlagsKeepsABufferAsItIs) {
