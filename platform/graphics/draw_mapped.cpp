@@ -131,7 +131,7 @@ struct Between {
     const double centred = std::clamp(coordinate - 0.5, 0.0, static_cast<double>(samples - 1));
     low = static_cast<size_t>(centred);
     high = std::min(low + 1, samples - 1);
-    highWeight = static_cast<uint32_t>((centred - static_cast<double>(low)) * 256 + 0.5);
+    highWeight = (static_cast<uint32_t>((centred - static_cast<double>(low)) * 512) + 1) / 2;
     lowWeight = 256 - highWeight;
   }
 };

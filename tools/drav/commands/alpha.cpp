@@ -14,13 +14,13 @@ Image orOutOfMemory(DRAVCFImageRef made) {
   return cf::adopt(made);
 }
 
-Image withAlpha(Image image) {
+Image withAlpha(const Image &image) {
   DRAVCFImageAddAlphaChannel(image.get());
   if (!DRAVCFImageHasAlpha(image.get())) throw Failure("out of memory");
   return image;
 }
 
-Image withoutAlpha(Image image) {
+Image withoutAlpha(const Image &image) {
   if (!DRAVCFImageHasAlpha(image.get())) return image;
   const Hush hush;
   const Image opaque = orOutOfMemory(DRAVCFImageCopyOpaqueImage(nullptr, image.get()));
@@ -28,9 +28,9 @@ Image withoutAlpha(Image image) {
   return relabelled(opaque.get(), kCGImageAlphaNoneSkipFirst);
 }
 
-Image alphaOf(Image image) { return orOutOfMemory(DRAVCFImageCopyAlphaChannel(nullptr, image.get())); }
+Image alphaOf(const Image &image) { return orOutOfMemory(DRAVCFImageCopyAlphaChannel(nullptr, image.get())); }
 
-Image overBlack(Image image) {
+Image overBlack(const Image &image) {
   return orOutOfMemory(DRAVCFImageCopyPremultipliedOpaqueImage(nullptr, image.get()));
 }
 
@@ -38,7 +38,7 @@ struct Verb {
   const char *name;
   const char *help;
   const char *done;
-  Image (*change)(Image);
+  Image (*change)(const Image &);
 };
 
 constexpr Verb kVerbs[] = {

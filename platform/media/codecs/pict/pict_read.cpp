@@ -47,8 +47,9 @@ Fault draw(const Survey &survey, size_t fileBytes, Size size, const CGImageDecod
   Player player(picture, port, limits);
   fault = player.play();
   if (fault != Fault::none) return fault;
+  const bool metEnd = player.metEnd();
   Findings findings = std::move(player).findings();
-  fault = judge(findings, player.metEnd());
+  fault = judge(findings, metEnd);
   if (fault != Fault::none) return fault;
   image.depth = findings.hasAlpha ? 32 : findings.depth ? findings.depth : 24;
   if (!findings.hasAlpha) {
