@@ -32,13 +32,6 @@ test_the_version_is_told() {
   grep -qE '^drav [0-9]+\.[0-9]+\.[0-9]+$' out || fail "$(cat out)"
 }
 
-test_the_formats_are_listed() {
-  run formats
-  expect_status 0
-  grep -qE '^PNG +png +yes +yes$' out || fail "$(cat out)"
-  grep -qE '^JPEG +jpg jpeg +yes +yes$' out || fail "$(cat out)"
-}
-
 test_misuse_exits_with_two_and_does_nothing() {
   local picture=$pictures/moon.jpg
   run; expect_misuse

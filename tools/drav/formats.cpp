@@ -1,14 +1,38 @@
 #include "formats.h"
 
 #include <algorithm>
+#include <string_view>
 
-using namespace std::string_view_literals;
+#include "media/formats.h"
+
+namespace {
+
+// "jpg|jpeg" in pieces.
+std::vector<std::string> piecesOf(std::string_view list) {
+  std::vector<std::string> pieces;
+  for (size_t start = 0; start < list.size();) {
+    const size_t end = std::min(list.find('|', start), list.size());
+    pieces.emplace_back(list.substr(start, end - start));
+    start = end + 1;
+  }
+  return pieces;
+}
+
+std::vector<Format> askPlatform() {
+  std::vector<Format> formats(CGImageGetFormatCount());
+  for (size_t i = 0; i < formats.size(); ++i) {
+    CGImageFormatInfo info = {};
+    CGImageGetFormat(i, &info);
+    formats[i] = {info.name,     piecesOf(info.extensions), info.reads, info.writes, info.exporter,
+                  info.mostSide, info.holdsDrawings != 0};
+  }
+  return formats;
+}
+
+}  // namespace
 
 std::span<const Format> allFormats() {
-  static const std::vector<Format> formats = {
-      {"PNG", {"png"}, kDRAVCFImageFormatPNG, "\x89PNG\r\n\x1a\n"sv, DRAVCFImageExporterCreatePNG},
-      {"JPEG", {"jpg", "jpeg"}, kDRAVCFImageFormatJPEG, "\xff\xd8\xff"sv, DRAVCFImageExporterCreateJPEG},
-  };
+  static const std::vector<Format> formats = askPlatform();
   return formats;
 }
 
@@ -22,20 +46,14 @@ const Format *formatForExtension(std::string extension) {
 }
 
 const Format *formatForBytes(std::span<const uint8_t> bytes) {
-  for (const Format &format : allFormats()) {
-    const std::string_view signature = format.signature;
-    const bool starts = !signature.empty() && bytes.size() >= signature.size() &&
-                        std::equal(signature.begin(), signature.end(), bytes.begin(),
-                                   [](char a, uint8_t b) { return static_cast<uint8_t>(a) == b; });
-    if (starts) return &format;
-  }
-  return nullptr;
+  const size_t index = CGImageRecogniseFormat(bytes.data(), bytes.size());
+  return index < allFormats().size() ? &allFormats()[index] : nullptr;
 }
 
 std::string writtenExtensions() {
   std::string list;
   for (const Format &format : allFormats()) {
-    if (!format.createExporter) continue;
+    if (!format.isWritten()) continue;
     for (const std::string &extension : format.extensions) list += (list.empty() ? "" : ", ") + extension;
   }
   return list;

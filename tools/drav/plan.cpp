@@ -18,7 +18,7 @@ bool isFolder(const std::string &path) {
 
 const Format *formatNamed(const std::string &extension) {
   const Format *format = formatForExtension(extension);
-  if (!format || !format->createExporter) {
+  if (!format || !format->isWritten()) {
     throw UsageError(shownName(extension) + ": no format that is written; one of " + writtenExtensions());
   }
   return format;

@@ -88,6 +88,11 @@ struct CodecRecord {
   // Formats that hold drawings can be decoded at any size; null for those of pixels alone.
   Result<DecodedImage> (*decodeAtSize)(Bytes file, uint32_t width, uint32_t height,
                                        const CGImageDecodeLimits &limits) noexcept = nullptr;
+
+  // For people: what of the format is read and written, as phrases.
+  std::string_view reads = "";
+  std::string_view writes = "";
+  uint32_t mostSide = 65535;  // pixels that the encoder takes; formats have limits of their own
 };
 
 // As many first bytes as any codec looks at.

@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include "media/codecs/jpeg_library.h"
 #include "media/codecs/registry.h"
 
 namespace codecs {
@@ -27,6 +28,9 @@ constinit const CodecRecord kJpegCodec{
     .decode = decodeJpeg,
     .encode = encodeJpeg,
     .alphaSupport = AlphaSupport::none,
+    .reads = "baseline and progressive: grey, colour, CMYK",
+    .writes = "grey or colour; what is transparent becomes white",
+    .mostSide = JPEG_MAX_DIMENSION,
 };
 
 }  // namespace codecs

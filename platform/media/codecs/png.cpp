@@ -31,6 +31,8 @@ constinit const CodecRecord kPngCodec{
     .decode = decodePng,
     .encode = encodePng,
     .alphaSupport = AlphaSupport::straight,
+    .reads = "1 to 16 bits: grey, colour, palettes, alpha; interlaced, too",
+    .writes = "8 bits: grey or colour, alpha",
 };
 
 }  // namespace codecs

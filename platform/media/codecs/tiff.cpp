@@ -31,6 +31,8 @@ constinit const CodecRecord kTiffCodec{
     .decode = decodeTiff,
     .encode = encodeTiff,
     .alphaSupport = AlphaSupport::asStored,
+    .reads = "the first page, 1 to 16 bits: grey, colour, palettes, CMYK, alpha",
+    .writes = "8 bits, deflated: grey or colour, alpha",
 };
 
 }  // namespace codecs

@@ -24,6 +24,9 @@ constinit const CodecRecord kPictCodec{
     .encode = encodePict,
     .alphaSupport = AlphaSupport::asStored,
     .decodeAtSize = decodePictAtSize,
+    .reads = "versions 1 and 2: images, lines, shapes, text, alpha; drawn at any size",
+    .writes = "version 2, one image: colour, alpha",
+    .mostSide = kMostPictSide,
 };
 
 }  // namespace codecs

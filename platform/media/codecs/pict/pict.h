@@ -5,6 +5,9 @@
 
 namespace codecs {
 
+// As far as coordinates reach, in pixels.
+inline constexpr uint32_t kMostPictSide = 32767;
+
 int scorePict(Bytes head) noexcept;
 
 // Versions 1 and 2, with or without the 512 bytes that files have in front. The canvas has one pixel for
@@ -17,7 +20,7 @@ Result<DecodedImage> decodePictAtSize(Bytes file, uint32_t width, uint32_t heigh
                                       const CGImageDecodeLimits &limits) noexcept;
 
 // A version 2 picture of one image in direct pixels, three components or, with alpha, four, behind 512
-// blank bytes. unsupported above 32,767 pixels a side, which is as far as coordinates reach.
+// blank bytes. unsupported above kMostPictSide.
 Fault encodePict(const EncodeSource &source, std::vector<uint8_t> &file) noexcept;
 
 }  // namespace codecs

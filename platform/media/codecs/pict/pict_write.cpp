@@ -13,7 +13,6 @@ namespace {
 
 using namespace pict;
 
-constexpr uint32_t kMostPixels = 32767;    // a side, as coordinates go
 constexpr uint32_t kMostMapPixels = 4095;  // a row of one map, as its row bytes go
 constexpr size_t kFileHeader = 512;
 constexpr size_t kMostProfilePart = 32763;  // of a comment, behind the selector
@@ -98,7 +97,7 @@ class Writing {
 
   uint32_t atScreenResolution(uint32_t pixels, double dotsPerInch) const noexcept {
     const auto units = std::lround(pixels * kScreenResolution / dotsPerInch);
-    return static_cast<uint32_t>(std::clamp<long>(units, 1, kMostPixels));
+    return static_cast<uint32_t>(std::clamp<long>(units, 1, kMostPictSide));
   }
 
   void writeHeader() {
@@ -188,7 +187,8 @@ class Writing {
 }  // namespace
 
 Fault encodePict(const EncodeSource &source, std::vector<uint8_t> &file) noexcept {
-  if (source.width == 0 || source.height == 0 || source.width > kMostPixels || source.height > kMostPixels)
+  if (source.width == 0 || source.height == 0 || source.width > kMostPictSide ||
+      source.height > kMostPictSide)
     return Fault::unsupported;
   try {
     return Writing(source, file).write();
