@@ -18,8 +18,11 @@ constexpr std::size_t kChunkBytes = std::size_t{1} << 20;
 
 class File {
  public:
-  // Without waiting: a named pipe that nobody writes to would hold the caller for ever.
-  explicit File(const char *path) noexcept : descriptor_(::open(path, O_RDONLY | O_CLOEXEC | O_NONBLOCK)) {}
+  // Opened without waiting: a named pipe that nobody writes to would hold the caller for ever. Read with
+  // waiting: one that somebody writes to may be slower than its reader.
+  explicit File(const char *path) noexcept : descriptor_(::open(path, O_RDONLY | O_CLOEXEC | O_NONBLOCK)) {
+    if (descriptor_ >= 0) ::fcntl(descriptor_, F_SETFL, 0);
+  }
   ~File() {
     if (descriptor_ >= 0) ::close(descriptor_);
   }

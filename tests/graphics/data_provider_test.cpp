@@ -1,12 +1,15 @@
 #include "graphics/data_provider.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/ioctl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <filesystem>
 #include <fstream>
 #include <string>
+#include <thread>
 
 #include "failing_allocator.h"
 #include "foundation/ref.h"
@@ -138,6 +141,30 @@ TEST(DataProvider, DoesNotWaitForANamedPipe) {
   if (provider) {
     EXPECT_EQ(bytesOf(provider), "");
   }
+}
+
+// The writer holds the pipe open from before the reader comes until everything was taken out of it.
+TEST(DataProvider, WaitsForAWriterOfANamedPipeThatIsSlowerThanItself) {
+  const std::string path = testing::TempDir() + "slow pipe" + std::to_string(getpid());
+  ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
+  const int pipe = open(path.c_str(), O_RDWR | O_CLOEXEC);
+  ASSERT_GE(pipe, 0);
+  const std::string content(5000, 'p');
+  std::thread writer([&] {
+    for (const char *half : {content.data(), content.data() + 2500}) {
+      usleep(5000);
+      EXPECT_EQ(write(pipe, half, 2500), 2500);
+    }
+    for (int left = 1, polls = 0; left > 0 && polls < 2000; ++polls, usleep(1000)) {
+      EXPECT_EQ(ioctl(pipe, FIONREAD, &left), 0);
+    }
+    close(pipe);
+  });
+  const auto provider = cf::adopt(CGDataProviderCreateWithFilename(path.c_str()));
+  writer.join();
+  std::filesystem::remove(path);
+  ASSERT_TRUE(provider);
+  EXPECT_EQ(bytesOf(provider), content);
 }
 
 TEST(DataProvider, SurvivesEveryFailedAllocation) {
