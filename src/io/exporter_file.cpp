@@ -7,17 +7,26 @@
 #include "io/path_url.h"
 #include "io/write_poll.h"
 
+namespace {
+
+struct FileStream {
+  CFWriteStreamRef stream;
+
+  bool open() const { return CFWriteStreamOpen(stream); }
+  CFStreamStatus status() const { return CFWriteStreamGetStatus(stream); }
+  void write(const uint8_t *bytes, CFIndex length) const { CFWriteStreamWrite(stream, bytes, length); }
+  static void sleep() { usleep(1000); }
+  void close() const { CFWriteStreamClose(stream); }
+};
+
+}  // namespace
+
 void DRAVCFImageExporterWrite(CFURLRef url, const uint8_t *bytes, CFIndex length) {
   if (!bytes) return;
   const cf::Ref stream = cf::adopt(CFWriteStreamCreateWithFile(kCFAllocatorDefault, url));
-  if (!stream || !CFWriteStreamOpen(stream.get())) return;
-  const CFStreamStatus opened = CFWriteStreamGetStatus(stream.get());
-  if (opened == kCFStreamStatusOpening || opened == kCFStreamStatusOpen) {
-    CFWriteStreamWrite(stream.get(), bytes, length);
-  }
-  const auto status =
-      drav::waitWhileWriting([&] { return CFWriteStreamGetStatus(stream.get()); }, [] { usleep(1000); });
-  if (status && *status != kCFStreamStatusError) CFWriteStreamClose(stream.get());
+  if (!stream) return;
+  FileStream file{stream.get()};
+  drav::writeThrough(file, bytes, length);
 }
 
 void DRAVCFImageExportToURL(DRAVCFImageExporterRef exporter, CGImageRef image, CFURLRef url) {
