@@ -495,7 +495,7 @@ DRAV_EXPORT DRAVCFImageExporterRef DRAVCFImageExporterCreatePNG(CFAllocatorRef);
 DRAV_EXPORT DRAVCFImageExporterRef DRAVCFImageExporterCreateTIFF(CFAllocatorRef);
 
 /* The image as the bytes of a file. PICT data comes without the 512-byte file header.
- * Gives  new data; NULL for a NULL image, one that cannot be encoded, or if memory runs out. */
+ * Gives  new data; NULL for a NULL exporter or image, one that cannot be encoded, or if memory runs out. */
 DRAV_EXPORT CFDataRef DRAVCFImageExportCreateData(CFAllocatorRef allocator, DRAVCFImageExporterRef exporter,
                                                   CGImageRef image);
 

@@ -32,9 +32,8 @@ CGImageRef loadWith(DRAVCFImageLoaderRef (*make)(CFAllocatorRef, Source), CFAllo
 template <class Source>
 DRAVCFImageRef create(CFAllocatorRef allocator, Source source, DRAVCFImageFormat format,
                       const Loaders<Source> &loaders) {
-  if (!source || format > kDRAVCFImageFormatJPEG) return nullptr;
   cf::Ref image = cf::adopt(DRAVCFImageCreate(allocator));
-  if (!image) return nullptr;
+  if (!image || !source || format > kDRAVCFImageFormatJPEG) return nullptr;
   const drav::ReportDamageOnce once;
   image->cgImage = loadWith(loaders.byFormat[format], allocator, source);
   if (!image->cgImage) image->cgImage = loadWith(loaders.unknown, allocator, source);

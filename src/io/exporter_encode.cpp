@@ -66,7 +66,7 @@ Handle _DRAVCFImageExporterCreatePCTHandle(DRAVCFImageExporterRef, CGImageRef im
 }
 
 Handle DRAVCFImageExporterCreateHandle(DRAVCFImageExporterRef exporter, CGImageRef image) {
-  if (!image) return nullptr;
+  if (!exporter || !image) return nullptr;
   if (exporter->exportType == kPCT) return _DRAVCFImageExporterCreatePCTHandle(exporter, image);
   return encode(exporter->exportType, image);
 }

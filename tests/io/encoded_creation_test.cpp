@@ -85,6 +85,36 @@ TEST(EncodedCreation, PNGDataLoadsAsTheSamePixels) {
   EXPECT_EQ(bufferOf(loaded.get()), (Bytes{255, 1, 2, 3, 51, 51, 0, 17}));
 }
 
+TEST(EncodedCreation, TIFFDataLoadsAsTheSamePixels) {
+  const cf::Ref image = makeARGBImage(2, 1, {255, 1, 2, 3, 51, 51, 0, 17});
+  const cf::Ref tiff = cf::adopt(DRAVCFImageCopyTIFFData(nullptr, image.get()));
+  ASSERT_TRUE(tiff);
+  const cf::Ref loaded = cf::adopt(DRAVCFImageCreateWithData(nullptr, tiff.get()));
+  ASSERT_TRUE(loaded);
+  ASSERT_NE(DRAVCFImageGetImageBuffer(loaded.get()), nullptr);
+  EXPECT_EQ(bufferOf(loaded.get()), (Bytes{255, 1, 2, 3, 51, 51, 0, 17}));
+}
+
+TEST(EncodedCreation, DataIsOfItsFormatAndFromTheAllocator) {
+  const testing_support::FailingAllocator allocator;
+  const cf::Ref image = makeGrayImage(2, 1, {7, 200});
+  const cf::Ref png = cf::adopt(DRAVCFImageCopyPNGData(allocator.get(), image.get()));
+  const cf::Ref tiff = cf::adopt(DRAVCFImageCopyTIFFData(allocator.get(), image.get()));
+  ASSERT_TRUE(png && tiff);
+  EXPECT_EQ(CFGetAllocator(png.get()), allocator.get());
+  EXPECT_EQ(CFGetAllocator(tiff.get()), allocator.get());
+  EXPECT_EQ(bytesOf(png.get())[1], 'P');
+  const uint8_t byteOrder = bytesOf(tiff.get())[0];
+  EXPECT_TRUE(byteOrder == 'I' || byteOrder == 'M');
+}
+
+TEST(EncodedCreation, AnImageIsFromTheAllocator) {
+  const testing_support::FailingAllocator allocator;
+  const cf::Ref image = cf::adopt(DRAVCFImageCreateWithData(allocator.get(), dataOf(pngBytes()).get()));
+  ASSERT_TRUE(image);
+  EXPECT_EQ(CFGetAllocator(image.get()), allocator.get());
+}
+
 TEST(EncodedCreation, PNGDataOfAnImageThatHoldsNothingIsNone) {
   const cf::Ref image = cf::adopt(DRAVCFImageCreate(nullptr));
   EXPECT_EQ(DRAVCFImageCopyPNGData(nullptr, image.get()), nullptr);

@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 
 #include "failing_allocator.h"
+#include "fake_encoder.h"
 #include "files.h"
 
 namespace {
@@ -59,6 +60,48 @@ TEST(Exporter, OfNoImageGivesNothing) {
   EXPECT_EQ(DRAVCFImageExportCreateData(nullptr, exporter.get(), nullptr), nullptr);
   EXPECT_EQ(DRAVCFImageExporterCreateHandle(exporter.get(), nullptr), nullptr);
   EXPECT_EQ(_DRAVCFImageExporterCreatePCTHandle(exporter.get(), nullptr), nullptr);
+  const cf::Ref pct = cf::adopt(DRAVCFImageExporterCreatePCT(nullptr));
+  EXPECT_EQ(DRAVCFImageExportCreateData(nullptr, pct.get(), nullptr), nullptr);
+}
+
+TEST(Exporter, ThatIsNoneGivesNothing) {
+  const TemporaryFolder folder;
+  EXPECT_EQ(DRAVCFImageExportCreateData(nullptr, nullptr, picture().get()), nullptr);
+  DRAVCFImageExportToFile(nullptr, picture().get(), string(folder.file("a")).get());
+  EXPECT_FALSE(std::filesystem::exists(folder.file("a")));
+}
+
+TEST(Exporter, ItsClassHasAnInitCallbackAndNoOther) {
+  const cf::Ref exporter = cf::adopt(DRAVCFImageExporterCreatePNG(nullptr));
+  const CFRuntimeClass *record = _CFRuntimeGetClassWithTypeID(CFGetTypeID(exporter.get()));
+  ASSERT_NE(record, nullptr);
+  EXPECT_EQ(record->version, 0);
+  EXPECT_STREQ(record->className, "DRAVCFImageExporter");
+  EXPECT_NE(record->init, nullptr);
+  EXPECT_EQ(record->copy, nullptr);
+  EXPECT_EQ(record->finalize, nullptr);
+  EXPECT_EQ(record->equal, nullptr);
+  EXPECT_EQ(record->hash, nullptr);
+  EXPECT_EQ(record->copyFormattingDesc, nullptr);
+  EXPECT_EQ(record->copyDebugDesc, nullptr);
+}
+
+TEST(Exporter, ServesAnyNumberOfExports) {
+  const cf::Ref exporter = cf::adopt(DRAVCFImageExporterCreateJPEG(nullptr));
+  for (int i = 0; i < 3; ++i) {
+    const cf::Ref data = cf::adopt(DRAVCFImageExportCreateData(nullptr, exporter.get(), picture().get()));
+    EXPECT_EQ(bytesOf(data.get()), jpegBytes());
+  }
+}
+
+TEST(Exporter, ItsDataComesFromTheAllocator) {
+  const testing_support::FailingAllocator allocator;
+  const cf::Ref exporter = cf::adopt(DRAVCFImageExporterCreateTIFF(allocator.get()));
+  EXPECT_EQ(CFGetAllocator(exporter.get()), allocator.get());
+  const cf::Ref data =
+      cf::adopt(DRAVCFImageExportCreateData(allocator.get(), exporter.get(), picture().get()));
+  ASSERT_TRUE(data);
+  EXPECT_EQ(CFGetAllocator(data.get()), allocator.get());
 }
 
 TEST(Exporter, OfAnUnknownCodeGivesNothing) {
@@ -89,6 +132,8 @@ TEST(Exporter, ToAPathThatMakesNoURLOrCannotBeOpenedDoesNothing) {
   DRAVCFImageExportToFile(exporter.get(), picture().get(), CFSTR(""));
   DRAVCFImageExportToFile(exporter.get(), picture().get(), nullptr);
   DRAVCFImageExportToURL(exporter.get(), picture().get(), nullptr);
+  const cf::Ref remote = cf::adopt(CFURLCreateWithString(nullptr, CFSTR("http://host/a.png"), nullptr));
+  DRAVCFImageExportToURL(exporter.get(), picture().get(), remote.get());
   DRAVCFImageExportToFile(exporter.get(), picture().get(), string(folder.file("absent/a.png")).get());
   EXPECT_FALSE(std::filesystem::exists(folder.file("absent")));
 }
@@ -118,6 +163,46 @@ TEST(ExportableImage, IsThePlatformImageWhereNothingIsToBeDivided) {
   EXPECT_EQ(_DRAVCFImageCreateExportableImage(empty.get(), 1), nullptr);
 }
 
+TEST(ExportableImage, IsDividedForEveryKindOfAlphaAndNoOther) {
+  const cf::Ref space = deviceRGBSpace();
+  for (const CGImageAlphaInfo alpha : {kCGImageAlphaPremultipliedLast, kCGImageAlphaPremultipliedFirst,
+                                       kCGImageAlphaLast, kCGImageAlphaFirst}) {
+    const cf::Ref cgImage = makeCGImage({1, 1, 8, 32, 4, space.get(), alpha}, {51, 51, 51, 51});
+    const cf::Ref image = cf::adopt(DRAVCFImageCreateWithImage(nullptr, cgImage.get()));
+    const cf::Ref divided = cf::adopt(_DRAVCFImageCreateExportableImage(image.get(), 1));
+    ASSERT_TRUE(divided) << alpha;
+    EXPECT_EQ(CGImageGetAlphaInfo(divided.get()), kCGImageAlphaPremultipliedFirst);
+    const bool straight = alpha == kCGImageAlphaFirst || alpha == kCGImageAlphaLast;
+    const uint8_t colour = straight ? 51 : 255;
+    EXPECT_NEAR(pixelsOf(divided.get())[1], colour, 2) << alpha;
+    EXPECT_EQ(pixelsOf(divided.get())[0], 51);
+  }
+  for (const CGImageAlphaInfo alpha : {kCGImageAlphaNoneSkipLast, kCGImageAlphaNoneSkipFirst}) {
+    const cf::Ref cgImage = makeCGImage({1, 1, 8, 32, 4, space.get(), alpha}, {51, 51, 51, 51});
+    const cf::Ref image = cf::adopt(DRAVCFImageCreateWithImage(nullptr, cgImage.get()));
+    const cf::Ref kept = cf::adopt(_DRAVCFImageCreateExportableImage(image.get(), 1));
+    EXPECT_EQ(kept.get(), cgImage.get()) << alpha;
+  }
+}
+
+TEST(ExportableImage, DividedHasTheShapeOfTheBufferAndOutlivesItsImage) {
+  cf::Ref image = makeARGBImage(2, 1, {128, 64, 64, 64, 255, 1, 2, 3});
+  const cf::Ref divided = cf::adopt(_DRAVCFImageCreateExportableImage(image.get(), 1));
+  ASSERT_TRUE(divided);
+  EXPECT_EQ(image->cgImage, nullptr) << "the buffer alone is enough";
+  image.reset();
+  EXPECT_EQ(CGImageGetWidth(divided.get()), 2u);
+  EXPECT_EQ(CGImageGetHeight(divided.get()), 1u);
+  EXPECT_EQ(CGImageGetBitsPerComponent(divided.get()), 8u);
+  EXPECT_EQ(CGImageGetBitsPerPixel(divided.get()), 32u);
+  EXPECT_EQ(CGImageGetBytesPerRow(divided.get()), 8u);
+  EXPECT_TRUE(CFEqual(CGImageGetColorSpace(divided.get()), displaySpace().get()));
+  EXPECT_EQ(CGImageGetDecode(divided.get()), nullptr);
+  EXPECT_TRUE(CGImageGetShouldInterpolate(divided.get()));
+  EXPECT_EQ(CGImageGetRenderingIntent(divided.get()), kCGRenderingIntentDefault);
+  EXPECT_EQ(pixelsOf(divided.get()), (Bytes{128, 128, 128, 128, 255, 1, 2, 3}));
+}
+
 TEST(ExportableImage, DividedStillSaysPremultiplied) {
   const cf::Ref image = makeARGBImage(1, 1, {128, 64, 64, 64});
   const cf::Ref divided = cf::adopt(_DRAVCFImageCreateExportableImage(image.get(), 1));
@@ -127,30 +212,6 @@ TEST(ExportableImage, DividedStillSaysPremultiplied) {
   EXPECT_EQ(bytesOf(bytes.get()), (Bytes{128, 128, 128, 128}));
   EXPECT_EQ(bufferOf(image.get()), (Bytes{128, 64, 64, 64}));
 }
-
-// An encoder under the code of PICT that writes what it is told, and keeps what it was given.
-struct FakeEncoder {
-  explicit FakeEncoder(size_t writes) {
-    size = writes;
-    table.type = GraphicsExporterComponentType;
-    table.subType = MEDIA_CODE('P', 'I', 'C', 'T');
-    table.encode = [](void *, CGImageRef image, Handle output) -> ComponentResult {
-      const cf::Ref copied = cf::adopt(CGDataProviderCopyData(CGImageGetDataProvider(image)));
-      pixels = bytesOf(copied.get());
-      SetHandleSize(output, static_cast<Size>(size));
-      for (size_t i = 0; i < size; ++i) (*output)[i] = static_cast<char>(i);
-      return noErr;
-    };
-    EXPECT_EQ(RegisterComponentTable(&table), noErr);
-  }
-  ~FakeEncoder() { EXPECT_EQ(UnregisterComponentTable(&table), noErr); }
-  FakeEncoder(const FakeEncoder &) = delete;
-  FakeEncoder &operator=(const FakeEncoder &) = delete;
-
-  ComponentTable table{};
-  static inline size_t size = 0;
-  static inline Bytes pixels;
-};
 
 TEST(Exporter, PICTDataComesWithoutTheFileHeaderAndPCTDataWithIt) {
   const FakeEncoder encoder(520);
@@ -188,9 +249,46 @@ TEST(Exporter, PCTHandsDividedColoursToThePICTEncoderAndPICTThoseOfTheImage) {
   const cf::Ref image =
       makeCGImage({1, 1, 8, 32, 4, space.get(), kCGImageAlphaPremultipliedFirst}, {128, 64, 64, 64});
   EXPECT_EQ(encoded(DRAVCFImageExporterCreatePCT, image.get()).size(), 600u);
-  EXPECT_EQ(FakeEncoder::pixels, (Bytes{128, 128, 128, 128}));
+  EXPECT_EQ(encoder.pixels, (Bytes{128, 128, 128, 128}));
+  EXPECT_EQ(encoder.alpha, kCGImageAlphaPremultipliedFirst) << "what is divided goes on saying so";
   EXPECT_EQ(encoded(DRAVCFImageExporterCreatePICT, image.get()).size(), 88u);
-  EXPECT_EQ(FakeEncoder::pixels, (Bytes{128, 64, 64, 64}));
+  EXPECT_EQ(encoder.pixels, (Bytes{128, 64, 64, 64}));
+}
+
+TEST(Exporter, PCTAsksThePICTEncoderThoughThereBeOneOfItsOwn) {
+  const FakeEncoder own(600, MEDIA_CODE('P', 'C', 'T', ' ')), encoder(600);
+  EXPECT_EQ(encoded(DRAVCFImageExporterCreatePCT, picture().get()).size(), 600u);
+  EXPECT_EQ(own.opened, 0);
+  EXPECT_EQ(encoder.encoded, 1);
+}
+
+TEST(Exporter, AnEncoderThatCannotBeOpenedOrFailsGivesNothing) {
+  const TemporaryFolder folder;
+  FakeEncoder encoder(600);
+  const auto expectNothing = [&] {
+    EXPECT_EQ(encoded(DRAVCFImageExporterCreatePICT, picture().get()), Bytes{});
+    EXPECT_EQ(encoded(DRAVCFImageExporterCreatePCT, picture().get()), Bytes{});
+    const cf::Ref exporter = cf::adopt(DRAVCFImageExporterCreatePICT(nullptr));
+    DRAVCFImageExportToURL(exporter.get(), picture().get(), urlOf(folder.file("a")).get());
+    EXPECT_FALSE(std::filesystem::exists(folder.file("a")));
+  };
+  encoder.openError = memFullErr;
+  expectNothing();
+  EXPECT_EQ(encoder.encoded, 0);
+  encoder.openError = noErr;
+  encoder.encodeError = codecErr;
+  expectNothing();
+  EXPECT_EQ(encoder.encoded, 3);
+}
+
+TEST(Exporter, ByTheBuiltInEncoderAPICTFileIs512BytesLongerThanItsData) {
+  const TemporaryFolder folder;
+  const cf::Ref exporter = cf::adopt(DRAVCFImageExporterCreatePICT(nullptr));
+  DRAVCFImageExportToURL(exporter.get(), picture().get(), urlOf(folder.file("a.pict")).get());
+  const Bytes file = readFile(folder.file("a.pict"));
+  ASSERT_GT(file.size(), 512u);
+  EXPECT_EQ(encoded(DRAVCFImageExporterCreatePICT, picture().get()), Bytes(file.begin() + 512, file.end()));
+  EXPECT_EQ(encoded(DRAVCFImageExporterCreatePCT, picture().get()), file);
 }
 
 TEST(ExporterAllocation, FailingAnywhereGivesNothing) {

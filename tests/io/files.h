@@ -57,6 +57,11 @@ inline Bytes bytesOf(CFDataRef data) {
   return data ? Bytes(CFDataGetBytePtr(data), CFDataGetBytePtr(data) + CFDataGetLength(data)) : Bytes{};
 }
 
+inline Bytes pixelsOf(CGImageRef image) {
+  const cf::Ref copied = cf::adopt(CGDataProviderCopyData(CGImageGetDataProvider(image)));
+  return bytesOf(copied.get());
+}
+
 // A 3 x 2 picture without alpha.
 inline cf::Ref<CGImageRef> picture() {
   const cf::Ref space = displaySpace();

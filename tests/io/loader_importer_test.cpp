@@ -1,9 +1,8 @@
 // Loading through importers that say what no file can be made to say.
 #include <gtest/gtest.h>
 
-#include <functional>
-
 #include "core/foreign_profile.h"
+#include "fake_importer.h"
 #include "files.h"
 #include "io/loader.h"
 #include "media/codecs/limits.h"
@@ -11,60 +10,6 @@
 namespace {
 
 using namespace test;
-
-constexpr OSType kTestFormat = MEDIA_CODE('t', 'e', 's', 't');
-constexpr OSType kPICT = MEDIA_CODE('P', 'I', 'C', 'T');
-constexpr OSType kPCT = MEDIA_CODE('P', 'C', 'T', ' ');
-
-// An importer that describes a 3 x 2 image as it is told, keeps the bytes that it was handed, and draws its
-// world full of one byte.
-class FakeImporter {
- public:
-  explicit FakeImporter(OSType subtype) {
-    table_.type = GraphicsImporterComponentType;
-    table_.subType = subtype;
-    table_.context = this;
-    table_.open = [](const ComponentTable *table, void **self) -> OSErr {
-      *self = table->context;
-      return noErr;
-    };
-    table_.setData = [](void *self, const uint8_t *bytes, size_t size) -> ComponentResult {
-      of(self).data = Bytes(bytes, bytes + size);
-      return noErr;
-    };
-    table_.getDescription = [](void *self, ImageDescription *description) -> ComponentResult {
-      description->width = of(self).width;
-      description->height = of(self).height;
-      description->depth = of(self).depth;
-      return of(self).descriptionError;
-    };
-    table_.getProfile = [](void *self, Handle *made) -> ComponentResult {
-      const Bytes &bytes = of(self).profile;
-      if (!bytes.empty()) PtrToHand(bytes.data(), made, static_cast<Size>(bytes.size()));
-      return noErr;
-    };
-    table_.draw = [](void *self, const OffscreenWorld *world) -> ComponentResult {
-      of(self).pixelFormat = world->pixelFormat;
-      const auto rows = static_cast<size_t>(world->bounds.bottom - world->bounds.top);
-      std::fill_n(world->pixels, rows * world->rowBytes, uint8_t{77});
-      return of(self).drawError;
-    };
-    EXPECT_EQ(RegisterComponentTable(&table_), noErr);
-  }
-  ~FakeImporter() { EXPECT_EQ(UnregisterComponentTable(&table_), noErr); }
-  FakeImporter(const FakeImporter &) = delete;
-  FakeImporter &operator=(const FakeImporter &) = delete;
-
-  int16_t width = 3, height = 2, depth = 24;
-  ComponentResult descriptionError = noErr, drawError = noErr;
-  Bytes profile;
-  Bytes data;
-  uint32_t pixelFormat = 0;
-
- private:
-  static FakeImporter &of(void *self) { return *static_cast<FakeImporter *>(self); }
-  ComponentTable table_{};
-};
 
 struct Outcome {
   cf::Ref<DRAVCFImageLoaderRef> loader;
@@ -88,14 +33,18 @@ struct LayoutCase {
 };
 
 TEST(LoaderImporter, AsksForTheLayoutOfItsDepthAndSubtype) {
-  for (const LayoutCase &expected :
-       {LayoutCase{kTestFormat, 40, 32, kCGImageAlphaNoneSkipFirst, 32},
-        LayoutCase{kTestFormat, 32, 32, kCGImageAlphaPremultipliedFirst, 32},
-        LayoutCase{kTestFormat, 24, 32, kCGImageAlphaNoneSkipFirst, 32},
-        LayoutCase{kTestFormat, 8, 8, kCGImageAlphaNone, 40},
-        LayoutCase{kPICT, 32, 32, kCGImageAlphaNoneSkipFirst, 32},
-        LayoutCase{kPICT, 8, 32, kCGImageAlphaNoneSkipFirst, 32},
-        LayoutCase{kPCT, 32, 32, kCGImageAlphaFirst, 32}, LayoutCase{kPCT, 8, 8, kCGImageAlphaNone, 40}}) {
+  for (const LayoutCase &expected : {LayoutCase{kTestFormat, 40, 32, kCGImageAlphaNoneSkipFirst, 32},
+                                     LayoutCase{kTestFormat, 32, 32, kCGImageAlphaPremultipliedFirst, 32},
+                                     LayoutCase{kTestFormat, 24, 32, kCGImageAlphaNoneSkipFirst, 32},
+                                     LayoutCase{kTestFormat, 8, 8, kCGImageAlphaNone, 40},
+                                     LayoutCase{kPICT, 40, 32, kCGImageAlphaNoneSkipFirst, 32},
+                                     LayoutCase{kPICT, 32, 32, kCGImageAlphaNoneSkipFirst, 32},
+                                     LayoutCase{kPICT, 24, 32, kCGImageAlphaNoneSkipFirst, 32},
+                                     LayoutCase{kPICT, 8, 32, kCGImageAlphaNoneSkipFirst, 32},
+                                     LayoutCase{kPCT, 40, 32, kCGImageAlphaNoneSkipFirst, 32},
+                                     LayoutCase{kPCT, 32, 32, kCGImageAlphaFirst, 32},
+                                     LayoutCase{kPCT, 24, 32, kCGImageAlphaNoneSkipFirst, 32},
+                                     LayoutCase{kPCT, 8, 8, kCGImageAlphaNone, 40}}) {
     SCOPED_TRACE(expected.depth);
     FakeImporter importer(expected.subtype);
     importer.depth = expected.depth;
@@ -109,13 +58,103 @@ TEST(LoaderImporter, AsksForTheLayoutOfItsDepthAndSubtype) {
     EXPECT_EQ(CGImageGetBitsPerPixel(image), expected.bitsPerPixel);
     EXPECT_EQ(CGImageGetBytesPerRow(image), 3 * expected.bitsPerPixel / 8);
     EXPECT_EQ(CGImageGetAlphaInfo(image), expected.alpha);
-    EXPECT_EQ(importer.pixelFormat, expected.world);
+    EXPECT_EQ(importer.world.pixelFormat, expected.world);
     const cf::Ref space = expected.world == 40 ? graySpace() : displaySpace();
     EXPECT_TRUE(CFEqual(CGImageGetColorSpace(image), space.get()));
-    const cf::Ref pixels = cf::adopt(CGDataProviderCopyData(CGImageGetDataProvider(image)));
-    EXPECT_EQ(bytesOf(pixels.get()), Bytes(2 * 3 * expected.bitsPerPixel / 8, 77));
+    EXPECT_EQ(pixelsOf(image), Bytes(2 * 3 * expected.bitsPerPixel / 8, 77));
     EXPECT_EQ(outcome.loader->importer, nullptr) << "closed as soon as the pixels are drawn";
+    EXPECT_EQ(importer.closed, 1);
     EXPECT_EQ(outcome.loader->buffer, nullptr) << "handed to the image";
+  }
+}
+
+TEST(LoaderImporter, KeepsTheFactsOfTheBufferInItsRecord) {
+  FakeImporter importer(kPCT);
+  importer.depth = 32;
+  const Outcome outcome = load(kPCT);
+  ASSERT_TRUE(outcome.loader);
+  EXPECT_EQ(outcome.loader->width, 3u);
+  EXPECT_EQ(outcome.loader->height, 2u);
+  EXPECT_EQ(outcome.loader->bitsPerComponent, 8u);
+  EXPECT_EQ(outcome.loader->bitsPerPixel, 32u);
+  EXPECT_EQ(outcome.loader->bytesPerRow, 12u);
+  EXPECT_EQ(outcome.loader->bufferSize, 24u);
+  EXPECT_EQ(outcome.loader->alphaInfo, kCGImageAlphaFirst);
+  EXPECT_EQ(outcome.loader->pixelFormat, 32u);
+  EXPECT_EQ(outcome.loader->colorSpace, CGImageGetColorSpace(outcome.loader->cgImage));
+  EXPECT_EQ(outcome.loader->profile, nullptr);
+}
+
+TEST(LoaderImporter, DrawsIntoAWorldFromTheOriginOverTheWholeBuffer) {
+  FakeImporter importer(kTestFormat);
+  importer.width = 5;
+  importer.height = 32767;
+  ASSERT_TRUE(load(kTestFormat).loader);
+  EXPECT_EQ(importer.world.bounds.top, 0);
+  EXPECT_EQ(importer.world.bounds.left, 0);
+  EXPECT_EQ(importer.world.bounds.bottom, 32767);
+  EXPECT_EQ(importer.world.bounds.right, 5);
+  EXPECT_EQ(importer.world.rowBytes, 20u);
+}
+
+TEST(LoaderImporter, WhatIsNotDrawnIsZero) {
+  FakeImporter importer(kTestFormat);
+  importer.paint.reset();
+  const Outcome outcome = load(kTestFormat);
+  ASSERT_TRUE(outcome.loader);
+  EXPECT_EQ(pixelsOf(outcome.loader->cgImage), Bytes(24, 0));
+}
+
+TEST(LoaderImporter, TheImageIsPlainAndOutlivesItsLoader) {
+  const FakeImporter importer(kTestFormat);
+  Outcome outcome = load(kTestFormat);
+  ASSERT_TRUE(outcome.loader);
+  const cf::Ref image = cf::adopt(DRAVCFImageLoaderCopyImage(outcome.loader.get()));
+  EXPECT_EQ(CFGetRetainCount(image.get()), 2);
+  outcome.loader.reset();
+  EXPECT_EQ(CFGetRetainCount(image.get()), 1);
+  EXPECT_EQ(pixelsOf(image.get()), Bytes(24, 77));
+  EXPECT_EQ(CGImageGetDecode(image.get()), nullptr);
+  EXPECT_TRUE(CGImageGetShouldInterpolate(image.get()));
+  EXPECT_EQ(CGImageGetRenderingIntent(image.get()), kCGRenderingIntentDefault);
+}
+
+TEST(LoaderImporter, ThatCannotBeOpenedOrRefusesItsDataGivesNone) {
+  FakeImporter importer(kTestFormat);
+  importer.openError = memFullErr;
+  EXPECT_FALSE(load(kTestFormat).loader);
+  importer.openError = noErr;
+  importer.dataError = -1;
+  const Outcome outcome = load(kTestFormat);
+  EXPECT_FALSE(outcome.loader);
+  EXPECT_EQ(outcome.messages, "");
+  EXPECT_EQ(importer.described, 0);
+}
+
+TEST(LoaderImporter, TheStepsOfALoadFailWithoutALoaderAReferenceOrAnImporter) {
+  const cf::Ref loader = cf::adopt(DRAVCFImageLoaderCreate(nullptr));
+  Handle reference = NewHandle(1);
+  EXPECT_FALSE(DRAVCFImageLoaderLoadImageCommon(nullptr, reference, HandleDataHandlerSubType));
+  EXPECT_FALSE(DRAVCFImageLoaderLoadImageCommon(loader.get(), nullptr, HandleDataHandlerSubType));
+  EXPECT_FALSE(DRAVCFImageLoaderLoadImageCommon(loader.get(), reference, HandleDataHandlerSubType));
+  EXPECT_FALSE(DRAVCFImageLoaderLoadFromGraphicsImporter(nullptr));
+  EXPECT_FALSE(DRAVCFImageLoaderLoadFromGraphicsImporter(loader.get()));
+  DisposeHandle(reference);
+}
+
+TEST(LoaderImporter, TheSubtypeOfTheImporterThatTheBytesChooseDecidesToo) {
+  const cf::Ref data = dataOf({1, 2, 3});
+  for (const auto &[subtype, alpha] : {std::pair{kTestFormat, kCGImageAlphaPremultipliedFirst},
+                                       {kPICT, kCGImageAlphaNoneSkipFirst},
+                                       {kPCT, kCGImageAlphaFirst}}) {
+    FakeImporter importer(subtype);
+    importer.score = 1000;
+    importer.depth = 32;
+    const cf::Ref loader = cf::adopt(DRAVCFCreateUnknownImageLoaderFromData(nullptr, data.get()));
+    ASSERT_TRUE(loader);
+    EXPECT_EQ(loader->alphaInfo, alpha);
+    EXPECT_EQ(importer.data, (Bytes{1, 2, 3})) << "without a blank header";
+    EXPECT_EQ(importer.closed, 1);
   }
 }
 
@@ -143,13 +182,48 @@ TEST(LoaderImporter, ReportsADamagedPictureAndNoOtherErrorOfItsDescription) {
 
 TEST(LoaderImporter, ADamagedPictureIsReportedOnceHoweverManyLoadersTryIt) {
   FakeImporter importer(kPICT);
+  importer.score = 1000;
   importer.descriptionError = -3954;
   const cf::Ref data = dataOf({1, 2, 3});
   testing::internal::CaptureStderr();
   EXPECT_EQ(DRAVCFImageCreateWithFormattedData(nullptr, data.get(), kDRAVCFImageFormatPICT), nullptr);
   EXPECT_EQ(testing::internal::GetCapturedStderr(), "Corrupt PICT data found, cannot load image\n");
+  EXPECT_EQ(importer.described, 2) << "by the loader of pictures, and by that of any format";
   testing::internal::CaptureStderr();
   EXPECT_EQ(DRAVCFImageCreateWithFormattedData(nullptr, data.get(), kDRAVCFImageFormatPICT), nullptr);
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "Corrupt PICT data found, cannot load image\n");
+  testing::internal::CaptureStderr();
+  EXPECT_EQ(DRAVCFCreatePICTImageLoaderFromData(nullptr, data.get()), nullptr);
+  EXPECT_EQ(DRAVCFCreatePICTImageLoaderFromData(nullptr, data.get()), nullptr);
+  EXPECT_EQ(testing::internal::GetCapturedStderr(),
+            "Corrupt PICT data found, cannot load image\nCorrupt PICT data found, cannot load image\n")
+      << "each load by itself has its message";
+}
+
+TEST(LoaderImporter, AnUnexpectedDepthIsNamedByEachLoaderThatMeetsIt) {
+  FakeImporter importer(kPICT);
+  importer.score = 1000;
+  importer.depth = 16;
+  const cf::Ref data = dataOf({1, 2, 3});
+  testing::internal::CaptureStderr();
+  EXPECT_EQ(DRAVCFImageCreateWithFormattedData(nullptr, data.get(), kDRAVCFImageFormatPICT), nullptr);
+  EXPECT_EQ(testing::internal::GetCapturedStderr(),
+            "Unexpected image depth encountered: 16\nUnexpected image depth encountered: 16\n");
+}
+
+TEST(LoaderImporter, ADamageThatIsNotThePicturesOwnErrorIsNotAnnounced) {
+  const cf::Ref png = dataOf({0x89, 'P', 'N', 'G', '\r', '\n', 0x1A, '\n', 0, 0});
+  testing::internal::CaptureStderr();
+  EXPECT_EQ(DRAVCFCreateUnknownImageLoaderFromData(nullptr, png.get()), nullptr);
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
+
+TEST(LoaderImporter, ARealPictureThatIsDamagedIsReported) {
+  Bytes bytes = encoded(DRAVCFImageExporterCreatePICT, picture().get());
+  bytes.resize(bytes.size() - 20);
+  const cf::Ref data = dataOf(bytes);
+  testing::internal::CaptureStderr();
+  EXPECT_EQ(DRAVCFCreatePICTImageLoaderFromData(nullptr, data.get()), nullptr);
   EXPECT_EQ(testing::internal::GetCapturedStderr(), "Corrupt PICT data found, cannot load image\n");
 }
 
@@ -157,6 +231,7 @@ TEST(LoaderImporter, ADrawThatFailsGivesNone) {
   FakeImporter importer(kTestFormat);
   importer.drawError = -1;
   EXPECT_FALSE(load(kTestFormat).loader);
+  EXPECT_EQ(importer.closed, 1);
 }
 
 TEST(LoaderImporter, ASideThatIsNegativeOrNoneGivesNone) {
@@ -176,15 +251,52 @@ TEST(LoaderImporter, AnEmbeddedProfileBecomesTheColourSpace) {
   importer.profile = profileBytes(makeForeignRGB());
   const Outcome outcome = load(kTestFormat);
   ASSERT_TRUE(outcome.loader);
-  EXPECT_TRUE(CFEqual(CGImageGetColorSpace(outcome.loader->cgImage), spaceOf(importer.profile).get()));
+  EXPECT_TRUE(CFEqual(CGImageGetColorSpace(outcome.loader->cgImage), spaceOf(*importer.profile).get()));
 }
 
 TEST(LoaderImporter, AProfileThatIsNoneIsNamedAndFailsTheLoad) {
   FakeImporter importer(kTestFormat);
-  importer.profile = {1, 2, 3, 4};
+  importer.profile = Bytes{1, 2, 3, 4};
   const Outcome outcome = load(kTestFormat);
   EXPECT_FALSE(outcome.loader);
   EXPECT_EQ(outcome.messages, "Cannot validate profile : Valid: 0, Preferred CMM not found : 0\n");
+}
+
+TEST(LoaderImporter, AProfileOfNoBytesCannotBeOpenedAndFailsTheLoadSilently) {
+  FakeImporter importer(kTestFormat);
+  importer.profile = Bytes{};
+  const Outcome outcome = load(kTestFormat);
+  EXPECT_FALSE(outcome.loader);
+  EXPECT_EQ(outcome.messages, "");
+}
+
+TEST(LoaderImporter, WhatTheRequestForAProfileAnswersDoesNotMatterButTheProfileDoes) {
+  FakeImporter importer(kTestFormat);
+  importer.profileError = -1;
+  const Outcome without = load(kTestFormat);
+  ASSERT_TRUE(without.loader);
+  EXPECT_TRUE(CFEqual(CGImageGetColorSpace(without.loader->cgImage), displaySpace().get()));
+  importer.profile = profileBytes(makeForeignRGB());
+  const Outcome with = load(kTestFormat);
+  ASSERT_TRUE(with.loader);
+  EXPECT_TRUE(CFEqual(CGImageGetColorSpace(with.loader->cgImage), spaceOf(*importer.profile).get()));
+}
+
+TEST(LoaderImporter, AProfileIsForGreyPixelsToo) {
+  FakeImporter importer(kTestFormat);
+  importer.depth = 8;
+  importer.profile = profileBytes(makeForeignGray());
+  const Outcome outcome = load(kTestFormat);
+  ASSERT_TRUE(outcome.loader);
+  EXPECT_TRUE(CFEqual(CGImageGetColorSpace(outcome.loader->cgImage), spaceOf(*importer.profile).get()));
+  EXPECT_NE(outcome.loader->profile, nullptr) << "kept open as long as the loader";
+}
+
+TEST(LoaderImporter, AProfileOfMoreComponentsThanThePixelsHaveGivesNone) {
+  FakeImporter importer(kTestFormat);
+  importer.depth = 8;
+  importer.profile = profileBytes(makeForeignRGB());
+  EXPECT_FALSE(load(kTestFormat).loader);
 }
 
 TEST(LoaderImporter, PICTDataGetsABlankFileHeaderAndPCTDataDoesNot) {
@@ -197,7 +309,7 @@ TEST(LoaderImporter, PICTDataGetsABlankFileHeaderAndPCTDataDoesNot) {
     expected.insert(expected.end(), {1, 2, 3});
     EXPECT_EQ(importer.data, expected);
   }
-  FakeImporter importer(kPCT);
+  const FakeImporter importer(kPCT);
   const cf::Ref loader = cf::adopt(DRAVCFCreatePCTImageLoaderFromData(nullptr, data.get()));
   ASSERT_TRUE(loader);
   EXPECT_EQ(importer.data, (Bytes{1, 2, 3}));
