@@ -1,5 +1,7 @@
 #include "composite/job.h"
 
+#include <algorithm>
+
 #include "composite/clipping.h"
 #include "core/image.h"
 #include "foundation/sizes.h"
@@ -38,9 +40,10 @@ CompositeJob prepareJob(DRAVCFImageRef work, DRAVCFImageRef destination, DRAVCFB
 
 bool unificationKeeps(DRAVCFImageRef work, DRAVCFImageRef destination) noexcept {
   if (!work->buffer || !work->colorSpace) return false;
-  // A destination without a buffer gets a colour one; whether it has alpha stays as it is.
-  const size_t components =
-      destination->buffer ? CGColorSpaceGetNumberOfComponents(destination->colorSpace) : 3;
+  // A destination without a buffer gets a colour one, or stays as it is if memory runs out; whether it has
+  // alpha stays in any case.
+  const size_t shown = CGColorSpaceGetNumberOfComponents(DRAVCFImageGetColorSpace(destination));
+  const size_t components = destination->buffer ? shown : std::max<size_t>(shown, 3);
   if (CGColorSpaceGetNumberOfComponents(work->colorSpace) < components) return false;
   if (hasAlpha(work->alphaInfo)) return work->alphaInfo == kCGImageAlphaPremultipliedFirst;
   return !hasAlpha(DRAVCFImageGetAlphaInfo(destination));

@@ -436,4 +436,25 @@ TEST(CompositeAllocation, FailingAnywhereLeavesTheSourceAndAWholeDestination) {
   }
 }
 
+TEST(CompositeAllocation, FailingToPromoteADestinationOfMoreComponentsKeepsTheSource) {
+  const cf::Ref cmyk = cf::adopt(CGColorSpaceCreateDeviceCMYK());
+  const cf::Ref cgImage = makeCGImage({1, 1, 8, 32, 4, cmyk.get(), kCGImageAlphaNone}, {1, 2, 3, 4});
+  ASSERT_TRUE(cgImage);
+  for (uint32_t operation = 0; operation < 2; ++operation) {
+    testing_support::forEachFailedAllocation([&](CFAllocatorRef allocator, long) {
+      const cf::Ref destination = cf::adopt(DRAVCFImageCreateWithImage(allocator, cgImage.get()));
+      if (!destination) return;
+      const cf::Ref source =
+          makeBufferImage(1, 1, 32, displaySpace().get(), kCGImageAlphaNoneSkipFirst, {7, 10, 20, 30});
+      const CGRect one = CGRectMake(0, 0, 1, 1);
+      if (operation == 0)
+        DRAVCFImageComposite(source.get(), destination.get(), &one, &one, 1, kDRAVCFBlendModeCopySrc);
+      else
+        DRAVCFImageTile(source.get(), destination.get(), one, one, kDRAVCFBlendModeCopySrc, 2);
+      EXPECT_EQ(bufferOf(source.get()), (Bytes{7, 10, 20, 30}));
+      EXPECT_EQ(source->alphaInfo, kCGImageAlphaNoneSkipFirst);
+    });
+  }
+}
+
 }  // namespace
