@@ -31,7 +31,7 @@ bool walkFits(const PixelArea &area, size_t bytesPerPixel, size_t bytesPerRow, s
   if (area.width == 0 || area.height == 0) return true;
   const cf::Size right = cf::sum(area.x, area.width), bottom = cf::sum(area.y, area.height - 1);
   const cf::Size rowEnd = right ? cf::product(*right, bytesPerPixel) : std::nullopt;
-  if (!rowEnd || !bottom || *rowEnd > bytesPerRow) return false;
+  if (!rowEnd || !bottom) return false;
   const cf::Size lastRow = cf::product(*bottom, bytesPerRow);
   const cf::Size end = lastRow ? cf::sum(*lastRow, *rowEnd) : std::nullopt;
   return end && *end <= bufferSize;

@@ -41,7 +41,8 @@ struct WalkBuffers {
 };
 bool makeWalk(const WalkBuffers &buffers, const CGRect &from, const CGRect &to, Walk &walk) noexcept;
 
-// Whether a walk over width x height pixels from (x, y) stays within a buffer, and its rows within theirs.
+// Whether a walk over width x height pixels from (x, y) stays within a buffer. Its rows may lie closer
+// together than they are long: with a stride of 0 they are one row again and again.
 bool walkFits(const PixelArea &area, size_t bytesPerPixel, size_t bytesPerRow, size_t bufferSize) noexcept;
 
 }  // namespace drav

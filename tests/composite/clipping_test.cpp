@@ -69,7 +69,8 @@ TEST(Clipping, AWalkFitsUpToTheLastByteAndNoFurther) {
   const drav::PixelArea area{2, 1, 3, 4};  // the last row is row 4, and ends with pixel 4
   EXPECT_TRUE(drav::walkFits(area, 4, 20, 4 * 20 + 20));
   EXPECT_FALSE(drav::walkFits(area, 4, 20, 4 * 20 + 19));
-  EXPECT_FALSE(drav::walkFits(area, 4, 19, 1000));
+  EXPECT_TRUE(drav::walkFits(area, 4, 0, 20)) << "rows one upon the other";
+  EXPECT_FALSE(drav::walkFits(area, 4, 0, 19));
   EXPECT_FALSE(drav::walkFits(area, SIZE_MAX / 2, 20, SIZE_MAX));
   EXPECT_FALSE(drav::walkFits(area, 4, SIZE_MAX / 2, SIZE_MAX));
 }

@@ -42,7 +42,6 @@ inline void plainCompositeRect(DRAVCFImageRef work, CGRect from, CGRect to, Plai
   const auto dx = static_cast<size_t>(to.origin.x), dy = static_cast<size_t>(to.origin.y);
   const auto width = static_cast<size_t>(to.size.width), height = static_cast<size_t>(to.size.height);
   // What an earlier rectangle has cropped may no longer reach.
-  if ((sx + width) * sizes.pixel > sizes.sourceRow) return;
   if ((sy + height - 1) * sizes.sourceRow + (sx + width) * sizes.pixel > work->bufferSize) return;
   for (size_t i = 0; i < height; ++i)
     for (size_t j = 0; j < width; ++j)
