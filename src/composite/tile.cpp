@@ -58,6 +58,31 @@ bool makeGrid(CGRect sourceRect, CGRect destinationRect, uint32_t startCorner, G
   return true;
 }
 
+// Some of the tiles that lie side by side, or one below the other.
+struct Span {
+  uint32_t first, end;
+};
+
+// Those that begin before the image ends. The others draw nothing, and a rectangle far larger than the image
+// has more of them than there is time to look at. Tiles left of or above the image are no such: they move in.
+Span tilesInReach(uint32_t count, CGFloat start, CGFloat step, CGFloat tileSize, size_t imageSide) {
+  const auto end = static_cast<CGFloat>(imageSide);
+  const auto isInReach = [&](uint32_t tile) {
+    const CGFloat least = start + static_cast<CGFloat>(tile) * step + std::min(tileSize, CGFloat{0});
+    return std::isfinite(least) && least < end;
+  };
+  const bool reachFirst = step > 0;  // the first ones are in reach, or else the last ones
+  uint32_t low = 0, high = count;
+  while (low < high) {
+    const uint32_t middle = low + (high - low) / 2;
+    if (isInReach(middle) == reachFirst)
+      low = middle + 1;
+    else
+      high = middle;
+  }
+  return reachFirst ? Span{0, low} : Span{low, count};
+}
+
 void tilePlainly(DRAVCFImageRef source, DRAVCFImageRef destination, const CGRect &sourceRect,
                  const Grid &grid, DRAVCFBlendMode mode) {
   for (uint32_t row = 0; row < grid.rows; ++row) {
@@ -199,9 +224,11 @@ void tileAtOnce(DRAVCFImageRef work, const drav::CompositeJob &job, const CGRect
                 FittedSources &fittedSources, const Grid &grid) {
   const CGRect from = drav::clippedToImage(sourceRect, job.sourceWidth, job.sourceHeight);
   if (!drav::hasPixels(from)) return;
+  const Span columns = tilesInReach(grid.columns, grid.x, grid.stepX, grid.tile.width, job.destinationWidth);
+  const Span rows = tilesInReach(grid.rows, grid.y, grid.stepY, grid.tile.height, job.destinationHeight);
   Band band(job);
-  for (uint32_t row = 0; row < grid.rows; ++row) {
-    for (uint32_t column = 0; column < grid.columns; ++column) {
+  for (uint32_t row = rows.first; row < rows.end; ++row) {
+    for (uint32_t column = columns.first; column < columns.end; ++column) {
       const CGRect to =
           drav::clippedToImage(grid.at(column, row), job.destinationWidth, job.destinationHeight);
       if (!drav::hasPixels(to)) continue;
