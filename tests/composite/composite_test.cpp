@@ -7,6 +7,7 @@
 
 #include "core/images.h"
 #include "failing_allocator.h"
+#include "guarded_memory.h"
 #include "plain_composite.h"
 
 namespace {
@@ -165,6 +166,7 @@ TEST(Tile, OfRandomImagesGivesTheBytesOfThePlainForm) {
     const Pair pair = randomPair(random);
     CGRect from = random.rect();
     if (random.upTo(7) == 0) from.size.width += 0.5f;
+    if (random.upTo(7) == 0) from.size.height += 0.5f;
     const CGRect to = random.rect();
     const auto mode = static_cast<uint32_t>(random.upTo(24));
     const auto corner = static_cast<uint32_t>(random.upTo(4));
@@ -249,6 +251,96 @@ TEST(Composite, OfABufferSmallerThanItsSizeClaimsDoesNothing) {
   source->bufferSize = 3;
   DRAVCFImageComposite(source.get(), destination.get(), nullptr, nullptr, 1, 1);
   EXPECT_EQ(bufferOf(destination.get()), (Bytes{9, 9}));
+}
+
+TEST(Composite, OfABufferTooSmallForItsImageDoesNothingEvenWhereThereArePixels) {
+  const CGRect first = CGRectMake(0, 0, 1, 1);
+  const cf::Ref whole = grayRow({1, 2, 3, 4}), part = grayRow({9, 8, 7, 6});
+  part->bufferSize = 3;
+  DRAVCFImageComposite(part.get(), whole.get(), &first, &first, 1, kDRAVCFBlendModeCopySrc);
+  DRAVCFImageComposite(whole.get(), part.get(), &first, &first, 1, kDRAVCFBlendModeCopySrc);
+  EXPECT_EQ(bufferOf(whole.get()), (Bytes{1, 2, 3, 4}));
+  EXPECT_EQ(bufferOf(part.get()), (Bytes{9, 8, 7}));
+}
+
+TEST(Composite, WalksADestinationByItsBufferWhereThePlatformImageHasOtherRows) {
+  Bytes rows(48, 0);
+  const cf::Ref cgImage =
+      makeCGImage({2, 3, 8, 32, 16, displaySpace().get(), kCGImageAlphaPremultipliedFirst}, rows);
+  const cf::Ref destination = cf::adopt(DRAVCFImageCreateWithImage(nullptr, cgImage.get()));
+  const cf::Ref source = makeARGBImage(2, 3, Bytes(24, 9));
+  DRAVCFImageComposite(source.get(), destination.get(), nullptr, nullptr, 1, kDRAVCFBlendModeCopySrc);
+  EXPECT_EQ(destination->cgImage, cgImage.get());
+  EXPECT_EQ(bufferOf(destination.get()), Bytes(24, 9));
+}
+
+TEST(Composite, ARectangleAfterOneThatScaledReadsTheScaledSourceWithTheOldStride) {
+  // Scaled to 2 x 2 the source has four bytes left.
+  const cf::Ref source = makeGrayImage(4, 4, Bytes(16, 7)), destination = makeGrayImage(8, 2, Bytes(16, 0));
+  const CGRect whole = CGRectMake(0, 0, 4, 4);
+  const CGRect from[] = {whole, CGRectMake(0, 0, 3, 1), CGRectMake(0, 0, 3, 2)};
+  const CGRect to[] = {CGRectMake(0, 0, 2, 2), CGRectMake(2, 0, 3, 1), CGRectMake(5, 0, 3, 2)};
+  DRAVCFImageComposite(source.get(), destination.get(), from, to, 3, kDRAVCFBlendModeCopySrc);
+  EXPECT_EQ(bufferOf(destination.get()), (Bytes{7, 7, 7, 7, 7, 0, 0, 0, 7, 7, 0, 0, 0, 0, 0, 0}));
+  EXPECT_EQ(bufferOf(source.get()), Bytes(16, 7));
+}
+
+TEST(Composite, OfSizesThatDifferScalesACopy) {
+  const cf::Ref source = makeARGBImage(1, 1, {128, 64, 32, 16}),
+                destination = makeARGBImage(3, 2, Bytes(24, 0));
+  const uint8_t *before = source->buffer;
+  DRAVCFImageComposite(source.get(), destination.get(), nullptr, nullptr, 1, kDRAVCFBlendModeSrcOver);
+  for (size_t i = 0; i < 24; i += 4) EXPECT_EQ(bufferOf(destination.get())[i + 1], 64);
+  EXPECT_EQ(source->buffer, before);
+  EXPECT_EQ(bufferOf(source.get()), (Bytes{128, 64, 32, 16}));
+}
+
+TEST(Composite, CountZeroTakesTheFirstOfTheRectanglesGiven) {
+  const cf::Ref source = grayRow({1, 2, 3}), destination = grayRow({7, 7, 7});
+  const CGRect from = CGRectMake(2, 0, 1, 1), to = CGRectMake(1, 0, 1, 1);
+  DRAVCFImageComposite(source.get(), destination.get(), &from, &to, 0, kDRAVCFBlendModeCopySrc);
+  EXPECT_EQ(bufferOf(destination.get()), (Bytes{7, 3, 7}));
+}
+
+TEST(Composite, OneArrayOfRectanglesMayBeMissing) {
+  const cf::Ref source = grayRow({1, 2, 3}), destination = grayRow({7});
+  const CGRect one = CGRectMake(1, 0, 1, 1);
+  DRAVCFImageComposite(source.get(), destination.get(), &one, nullptr, 1, kDRAVCFBlendModeCopySrc);
+  EXPECT_EQ(bufferOf(destination.get()), (Bytes{2}));
+  DRAVCFImageComposite(destination.get(), source.get(), nullptr, &one, 1, kDRAVCFBlendModeClear);
+  EXPECT_EQ(bufferOf(source.get()), (Bytes{1, 255, 3}));
+}
+
+TEST(Composite, OfALayoutWithoutKernelsDoesNothing) {
+  // The ignored byte is the last: three components, and no kernel.
+  const auto skipLast = [](const Bytes &bytes) {
+    return makeBufferImage(1, 1, 32, displaySpace().get(), kCGImageAlphaNoneSkipLast, bytes);
+  };
+  const cf::Ref source = skipLast({1, 2, 3, 4}), destination = skipLast({5, 6, 7, 8});
+  DRAVCFImageComposite(source.get(), destination.get(), nullptr, nullptr, 1, kDRAVCFBlendModeCopySrc);
+  EXPECT_EQ(bufferOf(destination.get()), (Bytes{5, 6, 7, 8}));
+}
+
+TEST(Composite, NoByteBesideTheBuffersIsTouched) {
+  const testing_support::GuardedAllocator guarded;
+  for (size_t width : {1, 4, 16})
+    for (size_t height : {1, 4})
+      for (int kind = 0; kind < 3; ++kind) {
+        const auto make = [&](size_t w, size_t h) {
+          if (kind == 0) return makeGrayImage(w, h, Bytes(w * h, 3), guarded.get());
+          return makeBufferImage(w, h, 32, displaySpace().get(),
+                                 kind == 1 ? kCGImageAlphaNoneSkipFirst : kCGImageAlphaPremultipliedFirst,
+                                 Bytes(4 * w * h, 3), guarded.get());
+        };
+        const cf::Ref source = make(width, height), destination = make(16, 4);
+        const CGRect corner = CGRectMake(static_cast<float>(width) - 1, static_cast<float>(height) - 1, 9, 9);
+        const CGRect last = CGRectMake(15, 3, 9, 9), all = CGRectMake(-1, -1, 99, 99);
+        for (uint32_t mode = 0; mode < 24; ++mode) {
+          DRAVCFImageComposite(source.get(), destination.get(), nullptr, nullptr, 1, mode);
+          DRAVCFImageComposite(source.get(), destination.get(), &corner, &last, 1, mode);
+          DRAVCFImageTile(source.get(), destination.get(), corner, all, mode, mode % 4);
+        }
+      }
 }
 
 TEST(Composite, OfALongColumnReachesItsEnd) {
@@ -431,7 +523,14 @@ TEST(CompositeAllocation, FailingAnywhereLeavesTheSourceAndAWholeDestination) {
       else
         DRAVCFImageTile(source.get(), destination.get(), from, to, 3, 2);
       EXPECT_EQ(bufferOf(source.get()), Bytes(16, 7));
-      EXPECT_TRUE(!destination->buffer || drav::bufferIsWhole(destination.get()));
+      // Drawn or not, pixel by pixel: each tile is had or left out by itself.
+      const Bytes pixels = bufferOf(destination.get());
+      ASSERT_EQ(pixels.size(), 100u);
+      for (size_t i = 0; i < 100; i += 4) {
+        const uint8_t colour = operation == 0 ? pixels[1] : pixels[i + 1];
+        EXPECT_TRUE(colour == 7 || colour == 255);
+        EXPECT_EQ(Bytes(&pixels[i], &pixels[i] + 4), (Bytes{255, colour, colour, colour})) << i;
+      }
     });
   }
 }

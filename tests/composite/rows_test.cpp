@@ -7,6 +7,7 @@
 #include <ostream>
 
 #include "composite/blend_support.h"
+#include "guarded_memory.h"
 
 namespace drav {
 
@@ -160,24 +161,40 @@ TEST_P(Rows, NoByteBeyondTheEndIsRead) {
       }
 }
 
-TEST_P(Rows, EveryAlignmentOfSourceAndDestinationGivesTheSameBytes) {
-  constexpr size_t pixels = 40;
-  const Bytes s = drav_test::randomPixels(pixels + 16, drav_test::Pixels::mixed, 11);
-  const Bytes d = drav_test::randomPixels(pixels + 16, drav_test::Pixels::mixed, 12);
-  alignas(64) uint8_t source[256], made[256], expected[256];
+TEST_P(Rows, NoByteBesideTheRowIsTouched) {
+  using testing_support::GuardedMemory;
   for (size_t format = 0; format < kPixelFormatCount; ++format)
-    for (size_t mode = 0; mode < kBlendModeCount; ++mode)
-      for (size_t apart = 0; apart<64; apart += kThinning> 1 ? 9 : 1)
-        for (const size_t at : {size_t{0}, size_t{1}, size_t{4}, size_t{31}, size_t{63}}) {
-          const size_t from = (at + apart) % 64, bytes = pixels * step(format);
-          std::memcpy(source + from, s.data(), bytes);
+    for (size_t pixels = 1; pixels <= 70; pixels += pixels < 20 ? 1 : 5)
+      for (const auto edge : {GuardedMemory::Edge::first, GuardedMemory::Edge::last}) {
+        const GuardedMemory s(pixels * step(format), edge), d(pixels * step(format), edge);
+        for (size_t mode = 0; mode < kBlendModeCount; ++mode)
+          for (const auto kind : {drav_test::Pixels::valid, drav_test::Pixels::any}) {
+            std::memcpy(s.data(), drav_test::randomPixels(pixels, kind, mode).data(), s.size());
+            GetParam()->rows[format][mode](s.data(), d.data(), pixels);
+          }
+      }
+}
+
+TEST_P(Rows, EveryAlignmentOfSourceAndDestinationGivesTheSameBytes) {
+  constexpr size_t pixels = 40, most = 4 * pixels, alignments = 64;
+  const Bytes s = drav_test::randomPixels(pixels, drav_test::Pixels::mixed, 11);
+  const Bytes d = drav_test::randomPixels(pixels, drav_test::Pixels::mixed, 12);
+  alignas(64) uint8_t source[alignments + most], made[alignments + most];
+  for (size_t format = 0; format < kPixelFormatCount; ++format)
+    for (size_t mode = 0; mode < kBlendModeCount; ++mode) {
+      const size_t bytes = pixels * step(format);
+      Bytes expected = d;
+      walk(format, mode, s.data(), expected.data(), pixels);
+      for (size_t from = 0; from < alignments; ++from) {
+        std::memcpy(source + from, s.data(), bytes);
+        for (size_t at = 0; at<alignments; at += kThinning> 1 ? 9 : 1) {
           std::memcpy(made + at, d.data(), bytes);
-          std::memcpy(expected + at, d.data(), bytes);
-          walk(format, mode, source + from, expected + at, pixels);
           GetParam()->rows[format][mode](source + from, made + at, pixels);
-          ASSERT_EQ(std::memcmp(made + at, expected + at, bytes), 0)
+          ASSERT_EQ(std::memcmp(made + at, expected.data(), bytes), 0)
               << blendName(format, mode) << ", source at " << from << ", destination at " << at;
         }
+      }
+    }
 }
 
 TEST_P(Rows, SourceAndDestinationMayBeTheSameRow) {
