@@ -81,6 +81,19 @@ expect_close() {
   awk -v e="$error" -v most="$3" 'BEGIN { exit !(e <= most * 257) }' || fail "$1 and $2 differ by $error of 65535"
 }
 
+# json_of FILE KEY...: the value behind the keys, read by a JSON parser that is not ours.
+json_of() {
+  cat >read.cmake <<'CMAKE'
+file(READ ${FILE} text)
+string(JSON value GET "${text}" ${KEYS})
+execute_process(COMMAND ${CMAKE_COMMAND} -E echo "${value}")
+CMAKE
+  local file=$1 keys
+  shift
+  keys=$(IFS=';'; echo "$*")
+  "$cmake" "-DFILE=$file" "-DKEYS=$keys" -P read.cmake
+}
+
 # Runs every test of the script that read this file.
 run_tests() {
   local total=0 name bad=0

@@ -2,19 +2,6 @@
 # drav info, and what it says as JSON.
 . "$(dirname "$0")/assertions.sh"
 
-# json_of FILE KEY...: the value behind the keys, read by a JSON parser that is not ours.
-json_of() {
-  cat >read.cmake <<'CMAKE'
-file(READ ${FILE} text)
-string(JSON value GET "${text}" ${KEYS})
-execute_process(COMMAND ${CMAKE_COMMAND} -E echo "${value}")
-CMAKE
-  local file=$1 keys
-  shift
-  keys=$(IFS=';'; echo "$*")
-  "$cmake" "-DFILE=$file" "-DKEYS=$keys" -P read.cmake
-}
-
 test_a_photograph_is_described() {
   run info "$pictures/harbour.jpg"
   expect_status 0

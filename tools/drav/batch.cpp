@@ -53,8 +53,8 @@ class Places {
   std::map<std::string, std::string> written_;
 };
 
-void runJob(const Job &job, const Format &format, const Change &change) {
-  const Image image = change(decodeImage(readInput(job.input).get()));
+void runJob(const Job &job, const Format &format, const Change &change, const Decode &decode) {
+  const Image image = change(decode(readInput(job.input).get()));
   writeOutput(job.output, bytesOf(encodeImage(image.get(), format).get()));
 }
 
@@ -78,7 +78,8 @@ void addBatchOptions(CLI::App &command, BatchOptions &options) {
                      "format to write: " + writtenExtensions() + " (otherwise the output's extension tells)");
 }
 
-int runBatch(const BatchOptions &options, const std::string &done, const Change &change) {
+int runBatch(const BatchOptions &options, const std::string &done, const Change &change,
+             const Decode &decode) {
   const Plan plan = planBatch(options);
   if (!makeFolder(plan.folder)) return 1;
   Places places(plan.jobs);
@@ -87,7 +88,7 @@ int runBatch(const BatchOptions &options, const std::string &done, const Change 
     report.begin(job.input);
     try {
       places.check(job);
-      runJob(job, *plan.format, change);
+      runJob(job, *plan.format, change, decode);
       places.take(job);
       report.succeed();
     } catch (const Failure &failure) {

@@ -17,7 +17,7 @@ CGImageFileInfo inspect(CFDataRef file) {
 
 }  // namespace
 
-Facts factsOf(CFDataRef file) {
+Facts factsOf(CFDataRef file, Opcodes opcodes) {
   const CGImageFileInfo info = inspect(file);
   Facts facts;
   facts.format = info.format;
@@ -30,5 +30,6 @@ Facts factsOf(CFDataRef file) {
   facts.dotsPerInchX = info.dotsPerInchX;
   facts.dotsPerInchY = info.dotsPerInchY;
   facts.fileBytes = bytesOf(file).size();
+  facts.picture = pictureFactsOf(file, opcodes);
   return facts;
 }

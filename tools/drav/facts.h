@@ -8,6 +8,8 @@
 #include <optional>
 #include <string>
 
+#include "picture.h"
+
 struct Facts {
   std::string format;
   size_t width = 0, height = 0;  // pixels
@@ -18,7 +20,8 @@ struct Facts {
   std::optional<std::string> profile;         // its name; none: the file carries none that fits its colours
   double dotsPerInchX = 0, dotsPerInchY = 0;  // 0: the file does not say
   size_t fileBytes = 0;
+  std::optional<PictureFacts> picture;  // for formats that hold drawings
 };
 
 // Decodes the image whole, so that a damaged one is found out. Throws Failure.
-Facts factsOf(CFDataRef file);
+Facts factsOf(CFDataRef file, Opcodes opcodes);

@@ -1,10 +1,9 @@
 // drav info: what a file is.
 #include <cstdio>
 #include <memory>
-#include <nlohmann/json.hpp>
 
 #include "commands/commands.h"
-#include "facts.h"
+#include "description.h"
 #include "failure.h"
 #include "input.h"
 #include "report.h"
@@ -16,38 +15,8 @@ using Json = nlohmann::ordered_json;
 struct InfoOptions {
   std::vector<std::string> inputs;
   bool json = false;
+  bool opcodes = false;
 };
-
-Json describeAsJson(const std::string &name, const Facts &facts) {
-  Json object{{"file", name},
-              {"format", facts.format},
-              {"width", facts.width},
-              {"height", facts.height},
-              {"bitsPerComponent", facts.bitsPerComponent},
-              {"bitsPerPixel", facts.bitsPerPixel},
-              {"color", facts.color},
-              {"alpha", facts.hasAlpha},
-              {"profile", nullptr},
-              {"resolution", nullptr},
-              {"fileBytes", facts.fileBytes}};
-  if (facts.profile) object["profile"] = *facts.profile;
-  if (facts.dotsPerInchX > 0) object["resolution"] = {{"x", facts.dotsPerInchX}, {"y", facts.dotsPerInchY}};
-  return object;
-}
-
-void printFacts(const std::string &name, const Facts &facts) {
-  std::printf("%s\n", shownName(name).c_str());
-  std::printf("  format      %s\n", facts.format.c_str());
-  std::printf("  size        %zu x %zu pixels\n", facts.width, facts.height);
-  std::printf("  bits        %zu a component, %zu a pixel\n", facts.bitsPerComponent, facts.bitsPerPixel);
-  std::printf("  colour      %s\n", facts.color.c_str());
-  std::printf("  alpha       %s\n", facts.hasAlpha ? "yes" : "no");
-  std::printf("  profile     %s\n", facts.profile ? shownName(*facts.profile).c_str() : "none");
-  if (facts.dotsPerInchX > 0) {
-    std::printf("  resolution  %.5g x %.5g dots per inch\n", facts.dotsPerInchX, facts.dotsPerInchY);
-  }
-  std::printf("  file        %zu bytes\n", facts.fileBytes);
-}
 
 // File names may hold bytes that are no text; JSON may not.
 void printJson(const Json &json) {
@@ -57,16 +26,20 @@ void printJson(const Json &json) {
 int runInfo(const InfoOptions &options) {
   bool failed = false;
   Json all = Json::array();
+  const Opcodes opcodes = options.opcodes ? Opcodes::listed : Opcodes::counted;
   for (const std::string &name : options.inputs) {
     try {
-      const Facts facts = factsOf(readInput(name).get());
+      const Facts facts = factsOf(readInput(name).get(), opcodes);
       if (options.json) {
-        all.push_back(describeAsJson(name, facts));
+        all.push_back(factsAsJson(name, facts));
       } else {
         printFacts(name, facts);
       }
     } catch (const Failure &failure) {
       printFailure(name, failure.what());
+      failed = true;
+    } catch (const std::bad_alloc &) {
+      printFailure(name, "out of memory");
       failed = true;
     }
   }
@@ -82,5 +55,7 @@ void addInfo(CLI::App &tool, int &exitStatus) {
   const auto options = std::make_shared<InfoOptions>();
   command->add_option("INPUT", options->inputs, "image files; - is standard input")->required();
   command->add_flag("--json", options->json, "one JSON object; an array of them for several inputs");
+  command->add_flag("--opcodes", options->opcodes,
+                    "list what a PICT is made of, opcode by opcode; otherwise they are counted");
   command->callback([options, &exitStatus] { exitStatus = runInfo(*options); });
 }
