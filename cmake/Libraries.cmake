@@ -3,7 +3,9 @@
 find_package(PkgConfig REQUIRED)
 find_package(PNG REQUIRED)
 find_package(JPEG REQUIRED)
+find_package(GIF REQUIRED)
 pkg_check_modules(TIFF REQUIRED IMPORTED_TARGET libtiff-4)
+pkg_check_modules(WEBP REQUIRED IMPORTED_TARGET libwebp libwebpdemux)
 pkg_check_modules(LCMS2 REQUIRED IMPORTED_TARGET lcms2)
 pkg_check_modules(HWY REQUIRED IMPORTED_TARGET libhwy)
 pkg_check_modules(FREETYPE REQUIRED IMPORTED_TARGET freetype2)
@@ -31,7 +33,8 @@ drav_object_library(platform_foundation platform/foundation drav_platform_header
 drav_object_library(platform_graphics platform/graphics drav_platform_headers
   PkgConfig::LCMS2 PkgConfig::HWY)
 drav_object_library(platform_codecs platform/media/codecs drav_platform_headers
-  PNG::PNG JPEG::JPEG PkgConfig::TIFF PkgConfig::LCMS2 PkgConfig::FREETYPE PkgConfig::FONTCONFIG)
+  PNG::PNG JPEG::JPEG GIF::GIF PkgConfig::TIFF PkgConfig::WEBP PkgConfig::LCMS2 PkgConfig::FREETYPE
+  PkgConfig::FONTCONFIG)
 drav_object_library(platform_media platform/media drav_platform_headers PkgConfig::LCMS2)
 set(DRAV_PLATFORM_PARTS platform_foundation platform_graphics platform_codecs platform_media)
 

@@ -1,6 +1,5 @@
 // The built-in importers: a codec behind the component calls.
 
-#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <new>
@@ -64,9 +63,9 @@ OSErr open(const ComponentTable *table, void **self) {
 
 void close(void *self) { delete static_cast<Importer *>(self); }
 
-int validate(const ComponentTable *table, const uint8_t *head, size_t size) {
+int validate(const ComponentTable *table, const uint8_t *bytes, size_t size) {
   const auto &codec = *static_cast<const codecs::CodecRecord *>(table->context);
-  return codec.score(codecs::Bytes(head, std::min(size, codecs::kHeadBytes)));
+  return codec.score(codecs::Bytes(bytes, size));
 }
 
 ComponentResult setData(void *self, const uint8_t *bytes, size_t size) {

@@ -77,8 +77,8 @@ struct CodecRecord {
   std::span<const uint32_t> importerCodes;  // four-character codes that open this decoder
   uint32_t exporterCode;                    // likewise for the encoder; 0: read only
 
-  // How sure the codec is that a file starting with these bytes is its own; 0: it is not.
-  int (*score)(Bytes head) noexcept;
+  // How sure the codec is that the file is its own; 0: it is not. Looks at a few bytes, however long it is.
+  int (*score)(Bytes file) noexcept;
   Result<DecodedImage> (*decode)(Bytes file, const CGImageDecodeLimits &limits) noexcept;
 
   // Appends the file to `file`; on a fault what was appended means nothing.
@@ -94,9 +94,6 @@ struct CodecRecord {
   std::string_view writes = "";
   uint32_t mostSide = 65535;  // pixels that the encoder takes; formats have limits of their own
 };
-
-// As many first bytes as any codec looks at.
-inline constexpr size_t kHeadBytes = 2048;
 
 constexpr uint32_t fourCharacterCode(const char (&text)[5]) noexcept {
   uint32_t code = 0;

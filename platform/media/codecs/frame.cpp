@@ -1,6 +1,11 @@
 #include "media/codecs/frame.h"
 
 namespace codecs {
+namespace {
+
+constexpr uint64_t kBelievedPixels = uint64_t{1} << 24;
+
+}  // namespace
 
 Fault checkFrame(uint64_t width, uint64_t height, size_t pixelBytes,
                  const CGImageDecodeLimits &limits) noexcept {
@@ -21,6 +26,11 @@ Fault makeFrame(DecodedImage &image, uint64_t width, uint64_t height, PixelLayou
   image.rowBytes = width * pixelBytes;
   image.pixels = PixelBuffer::zeroed(image.rowBytes * height);
   return image.pixels ? Fault::none : Fault::noMemory;
+}
+
+Fault checkPromise(uint64_t pixels, uint64_t fileBytes, uint64_t mostPixelsPerByte) noexcept {
+  return pixels <= kBelievedPixels || pixels / mostPixelsPerByte <= fileBytes ? Fault::none
+                                                                              : Fault::truncated;
 }
 
 }  // namespace codecs

@@ -14,4 +14,8 @@ Fault makeFrame(DecodedImage &image, uint64_t width, uint64_t height, PixelLayou
 Fault checkFrame(uint64_t width, uint64_t height, size_t pixelBytes,
                  const CGImageDecodeLimits &limits) noexcept;
 
+// Formats in which pixels may be left blank say little by their length. Small images are believed; one that
+// is large has to come from as many bytes as it takes at least to fill it.
+Fault checkPromise(uint64_t pixels, uint64_t fileBytes, uint64_t mostPixelsPerByte) noexcept;
+
 }  // namespace codecs

@@ -6,18 +6,18 @@
 namespace codecs {
 namespace {
 
-constexpr std::array<const CodecRecord *, 4> kCodecs{&kPngCodec, &kJpegCodec, &kPictCodec, &kTiffCodec};
+constexpr std::array<const CodecRecord *, 8> kCodecs{&kPngCodec, &kJpegCodec, &kPictCodec, &kTiffCodec,
+                                                     &kGifCodec, &kBmpCodec,  &kTgaCodec,  &kWebpCodec};
 
 }  // namespace
 
 std::span<const CodecRecord *const> all() noexcept { return kCodecs; }
 
 const CodecRecord *recognise(Bytes file) noexcept {
-  const Bytes head = file.first(std::min(file.size(), kHeadBytes));
   const CodecRecord *best = nullptr;
   int bestScore = 0;
   for (const CodecRecord *codec : kCodecs) {
-    if (const int score = codec->score(head); score > bestScore) {
+    if (const int score = codec->score(file); score > bestScore) {
       best = codec;
       bestScore = score;
     }

@@ -9,11 +9,15 @@ extern const CodecRecord kPngCodec;
 extern const CodecRecord kJpegCodec;
 extern const CodecRecord kPictCodec;
 extern const CodecRecord kTiffCodec;
+extern const CodecRecord kGifCodec;
+extern const CodecRecord kBmpCodec;
+extern const CodecRecord kTgaCodec;
+extern const CodecRecord kWebpCodec;
 
 // Every codec, in the order in which equal scores are decided.
 std::span<const CodecRecord *const> all() noexcept;
 
-// The codec whose score for these first bytes is highest; null when none claims them.
+// The codec whose score for this file is highest; null when none claims it.
 const CodecRecord *recognise(Bytes file) noexcept;
 
 // The codec that an importer (exporter) of that four-character code stands for; null for none.

@@ -1,9 +1,9 @@
 #include "media/codecs/tiff_pixels.h"
 
-#include <algorithm>
 #include <cstring>
 #include <utility>
 
+#include "media/codecs/straight_alpha.h"
 #include "media/codecs/tiff_samples.h"
 
 namespace codecs {
@@ -18,12 +18,6 @@ std::vector<uint8_t> bytesFor(unsigned bits, bool inverted) {
     bytes[value] = static_cast<uint8_t>(inverted ? 255 - byte : byte);
   }
   return bytes;
-}
-
-// colour / alpha as a byte, rounded to nearest. Both have the same width, so that it cancels out.
-uint8_t divided(uint32_t colour, uint32_t alpha) noexcept {
-  if (alpha == 0) return 0;
-  return static_cast<uint8_t>(std::min((colour * 255 + alpha / 2) / alpha, 255u));
 }
 
 // Red, green and blue of 8 bits with nothing beside them, or with straight alpha: what most files are.
@@ -139,7 +133,7 @@ void TiffPixels::straighten(const Sample *samples, size_t count, uint8_t *out,
   for (size_t i = 0; i < count; ++i, samples += step, out += outSamples) {
     const uint32_t alpha = samples[colours_.alphaAt];
     for (size_t s = 0; s < colourSamples; ++s) {
-      const uint8_t value = divided(samples[s], alpha);
+      const uint8_t value = straightByte(samples[s], alpha);
       out[s] = static_cast<uint8_t>(inverted ? 255 - value : value);
     }
   }
