@@ -15,6 +15,8 @@ make_foreign() {
     jpg | pict | bmp) "$magick/convert" "$pictures/harbour.jpg" -resize 90x60! "$1:$2" ;;
     gif) "$magick/convert" "$pictures/marbles.png" -resize 60x60 -channel A -threshold 50% +channel "$1:$2" ;;
     webp) "$magick/convert" "$pictures/marbles.png" -resize 60x60 -define webp:lossless=true "$1:$2" ;;
+    # Told that rows go up, that program leaves the picture upside down, whatever it says of itself.
+    tga) "$magick/convert" "$pictures/marbles.png" -resize 60x60 -orient TopLeft "$1:$2" ;;
     *) "$magick/convert" "$pictures/marbles.png" -resize 60x60 "$1:$2" ;;
   esac
 }
