@@ -169,6 +169,21 @@ test_a_scale_beyond_the_limits_is_refused() {
   expect_no_file out.png
 }
 
+test_shapes_and_text_are_drawn_where_they_belong_at_any_size() {
+  run info "$pictures/boat.pict"
+  expect_contains out "opcodes     40"
+  run convert "$pictures/boat.pict" --scale 500% -o boat.png
+  expect_status 0
+  expect_equal "$("$magick/identify" -format '%wx%h' boat.png)" 600x450
+  expect_equal "$(pixel boat.png 5,5)" "srgb(191,227,245)"
+  expect_equal "$(pixel boat.png 490,100)" "srgb(255,210,60)"
+  expect_equal "$(pixel boat.png 330,200)" "srgb(217,72,59)"
+  expect_equal "$(pixel boat.png 300,320)" "srgb(122,74,38)"
+  local letters
+  letters=$("$magick/convert" boat.png -crop 260x50+320+360 +repage -fill black +opaque white -format '%[fx:mean*w*h]' info:)
+  awk -v n="$letters" 'BEGIN { exit !(n > 500) }' || fail "only $letters pixels of text"
+}
+
 test_samples_are_drawn_larger_with_sharper_edges() {
   local folder=${DRAV_SAMPLES:-}/pict
   [ -n "${DRAV_SAMPLES:-}" ] && [ -d "$folder" ] || { echo "  DRAV_SAMPLES is not set: not tested"; return; }
