@@ -6,9 +6,6 @@
 # Formats that the other program writes for us, as extensions.
 foreign="png jpg tiff pict gif bmp tga webp"
 
-# reads EXTENSION: whether the tool lists it.
-reads() { "$drav" formats | awk -v e="$1" '$3 ~ /./ { for (i = 2; i < NF; i++) if ($i == e) found = 1 } END { exit !found }'; }
-
 # make_foreign EXTENSION FILE: the picture with alpha, or without where the format or its writer has none.
 make_foreign() {
   case $1 in
@@ -28,6 +25,10 @@ test_the_list_names_each_format_and_what_of_it() {
   grep -qE '^JPEG +jpg jpeg .*yes +yes$' out || fail "$(cat out)"
   grep -qE '^TIFF +tif tiff +yes +yes$' out || fail "$(cat out)"
   grep -qE '^PICT +pict pct pic +yes +yes$' out || fail "$(cat out)"
+  local name
+  for name in GIF BMP TGA WebP; do
+    grep -qE "^$name +.* yes +no$" out || fail "$name: $(cat out)"
+  done
   local formats
   formats=$(grep -cE '^[A-Z]' out)
   expect_equal "$(grep -c '^  read ' out)" $((formats - 1))
@@ -37,8 +38,7 @@ test_the_list_names_each_format_and_what_of_it() {
 test_files_of_another_program_are_read_with_the_same_pixels() {
   local extension
   for extension in $foreign; do
-    reads "$extension" || { echo "  $extension is not read yet: not tested"; continue; }
-    make_foreign "$extension" "in.$extension" || { echo "  nothing here writes $extension: not tested"; continue; }
+    make_foreign "$extension" "in.$extension"
     run convert "in.$extension" -o out.png
     expect_status 0
     if [ "$extension" = jpg ]; then
@@ -121,8 +121,7 @@ test_the_resolution_goes_from_format_to_format() {
 test_a_truncated_file_of_any_format_is_one_clear_line() {
   local extension bytes size
   for extension in $foreign; do
-    reads "$extension" || continue
-    make_foreign "$extension" "whole.$extension" || continue
+    make_foreign "$extension" "whole.$extension"
     size=$(stat -c %s "whole.$extension")
     for bytes in 3 20 $((size / 2)); do
       head -c "$bytes" "whole.$extension" >"short.$extension"
