@@ -4,10 +4,15 @@
 #include <fstream>
 #include <string>
 
+#include "../tests/media/bmp_maker.h"
+#include "../tests/media/gif_maker.h"
 #include "../tests/media/jpeg_maker.h"
 #include "../tests/media/picture_maker.h"
 #include "../tests/media/png_maker.h"
 #include "../tests/media/profiles.h"
+#include "../tests/media/tga_maker.h"
+#include "../tests/media/tiff_maker.h"
+#include "../tests/media/webp_maker.h"
 
 namespace {
 
@@ -207,6 +212,178 @@ void savePictures(const std::filesystem::path &folder) {
   save(folder / "png.pict", compressedPicture("png ", 24, makePng(png(PNG_COLOR_TYPE_RGB_ALPHA, 8, false))));
 }
 
+// Values of so many bits that are neither all alike nor without any order.
+std::vector<uint32_t> pattern(size_t count, unsigned bits) {
+  std::vector<uint32_t> values;
+  const uint32_t most = bits == 32 ? 0xFFFFFFFF : (1u << bits) - 1;
+  for (size_t i = 0; i < count; ++i) values.push_back(static_cast<uint32_t>(i / 5 * 2654435761u >> 3) & most);
+  return values;
+}
+
+template <class Number>
+std::vector<Number> narrowed(const std::vector<uint32_t> &values) {
+  return {values.begin(), values.end()};
+}
+
+TiffRecipe tiff(uint16_t photometric, uint16_t samples, uint16_t bits) {
+  TiffRecipe recipe{
+      .width = 18, .height = 9, .samplesPerPixel = samples, .bits = bits, .photometric = photometric};
+  recipe.samples = narrowed<uint16_t>(pattern(size_t{18} * 9 * samples, bits));
+  if (photometric == PHOTOMETRIC_PALETTE) recipe.palette = narrowed<uint16_t>(pattern(size_t{3} << bits, 16));
+  return recipe;
+}
+
+void saveTiffs(const std::filesystem::path &folder) {
+  const struct {
+    const char *name;
+    uint16_t compression;
+  } kinds[] = {{"plain", COMPRESSION_NONE},
+               {"lzw", COMPRESSION_LZW},
+               {"deflate", COMPRESSION_ADOBE_DEFLATE},
+               {"packbits", COMPRESSION_PACKBITS},
+               {"jpeg", COMPRESSION_JPEG}};
+  for (const auto &kind : kinds) {
+    TiffRecipe recipe = tiff(PHOTOMETRIC_RGB, 3, 8);
+    recipe.compression = kind.compression;
+    if (recipe.compression == COMPRESSION_LZW) recipe.predictor = 2;
+    if (recipe.compression == COMPRESSION_JPEG) recipe.rowsPerStrip = 9;
+    save(folder / (std::string(kind.name) + ".tif"), makeTiff(recipe));
+  }
+  for (const uint16_t fax : {COMPRESSION_CCITTRLE, COMPRESSION_CCITTFAX3, COMPRESSION_CCITTFAX4}) {
+    TiffRecipe recipe = tiff(PHOTOMETRIC_MINISWHITE, 1, 1);
+    recipe.compression = fax;
+    save(folder / ("fax" + std::to_string(fax) + ".tif"), makeTiff(recipe));
+  }
+  TiffRecipe recipe = tiff(PHOTOMETRIC_PALETTE, 1, 4);
+  save(folder / "palette4.tif", makeTiff(recipe));
+  recipe = tiff(PHOTOMETRIC_MINISBLACK, 1, 12);
+  recipe.mode = "wb";
+  save(folder / "grey12-big.tif", makeTiff(recipe));
+  recipe = tiff(PHOTOMETRIC_RGB, 4, 16);
+  recipe.extraSamples = {EXTRASAMPLE_ASSOCALPHA};
+  recipe.planes = true;
+  recipe.tileSide = 16;
+  recipe.orientation = ORIENTATION_RIGHTBOT;
+  recipe.mode = "wl8";
+  save(folder / "tiles-planes16.tif", makeTiff(recipe));
+  recipe = tiff(PHOTOMETRIC_SEPARATED, 4, 8);
+  recipe.profile = blackInkProfile();
+  save(folder / "cmyk-profile.tif", makeTiff(recipe));
+}
+
+BmpRecipe bmp(unsigned bits, uint32_t headerBytes) {
+  BmpRecipe recipe{.width = 9, .height = 5, .bits = bits, .headerBytes = headerBytes};
+  recipe.samples = pattern(45, bits);
+  if (bits <= 8) recipe.palette = pattern(size_t{1} << bits, 24);
+  return recipe;
+}
+
+BmpRecipe bmpRuns(unsigned bits, std::vector<uint8_t> runs) {
+  BmpRecipe recipe = bmp(bits, bits == 24 ? 64 : 40);
+  recipe.compression = bits == 8 ? 1 : bits == 4 ? 2 : 4;
+  recipe.runs = std::move(runs);
+  return recipe;
+}
+
+void saveBmps(const std::filesystem::path &folder) {
+  for (const unsigned bits : {1u, 4u, 8u, 16u, 24u, 32u})
+    save(folder / ("plain" + std::to_string(bits) + ".bmp"), makeBmp(bmp(bits, 40)));
+  save(folder / "os2.bmp", makeBmp(bmp(8, 12)));
+  BmpRecipe recipe = bmp(16, 40);
+  recipe.compression = 3;
+  recipe.masks = {0xF800, 0x7E0, 0x1F};
+  save(folder / "masks.bmp", makeBmp(recipe));
+  recipe = bmp(32, 124);
+  recipe.compression = 3;
+  recipe.topDown = true;
+  recipe.masks = {0x3FF00000, 0xFFC00, 0x3FF, 0xC0000000};
+  recipe.profile = swappedRgbProfile();
+  save(folder / "alpha-profile.bmp", makeBmp(recipe));
+  save(folder / "runs8.bmp",
+       makeBmp(bmpRuns(8, {3, 7, 0, 3, 1, 2, 3, 0, 0, 0, 6, 9, 0, 2, 1, 1, 2, 5, 0, 1})));
+  save(folder / "runs4.bmp", makeBmp(bmpRuns(4, {5, 0x12, 1, 0x30, 0, 0, 0, 6, 0x98, 0x76, 0x54, 0, 0, 1})));
+  save(folder / "runs24.bmp", makeBmp(bmpRuns(24, {2, 1, 0, 0, 0, 3, 4, 0, 0, 5, 0, 0, 6, 0, 0, 0, 0, 1})));
+}
+
+TgaRecipe tga(unsigned type, unsigned bits, unsigned descriptor) {
+  TgaRecipe recipe{.width = 9, .height = 5, .type = type, .bits = bits, .descriptor = descriptor};
+  recipe.samples = pattern(45, bits);
+  return recipe;
+}
+
+void saveTgas(const std::filesystem::path &folder) {
+  for (const unsigned runs : {0u, 8u}) {
+    const std::string kind = runs ? "-runs.tga" : ".tga";
+    TgaRecipe indexed = tga(1 + runs, 8, 0x20);
+    indexed.entryBits = 16 + runs;
+    indexed.palette = pattern(256, indexed.entryBits);
+    save(folder / ("palette" + kind), makeTga(indexed));
+    save(folder / ("colour16" + kind), makeTga(tga(2 + runs, 16, 0x11)));
+    save(folder / ("colour24" + kind), makeTga(tga(2 + runs, 24, 0x20)));
+    TgaRecipe alpha = tga(2 + runs, 32, 8);
+    alpha.alphaKind = 4;
+    save(folder / ("colour32" + kind), makeTga(alpha));
+    save(folder / ("grey" + kind), makeTga(tga(3 + runs, 8, 0x30)));
+    save(folder / ("grey-alpha" + kind), makeTga(tga(3 + runs, 16, 8)));
+  }
+}
+
+GifRecipe gif(unsigned bits, bool interlaced) {
+  GifRecipe recipe{
+      .canvasWidth = 16, .canvasHeight = 11, .width = 14, .height = 10, .interlaced = interlaced};
+  recipe.palette = pattern(size_t{1} << bits, 24);
+  recipe.samples = narrowed<uint8_t>(pattern(140, bits));
+  return recipe;
+}
+
+void saveGifs(const std::filesystem::path &folder) {
+  save(folder / "two.gif", makeGif(gif(1, false)));
+  GifRecipe recipe = gif(4, true);
+  recipe.transparent = 3;
+  recipe.left = 2;
+  recipe.top = 1;
+  recipe.localColours = true;
+  save(folder / "transparent.gif", makeGif(recipe));
+  recipe = gif(8, false);
+  recipe.frames = 2;
+  recipe.profile = swappedRgbProfile();
+  save(folder / "frames-profile.gif", makeGif(recipe));
+}
+
+WebpRecipe webp(bool lossless, unsigned bits) {
+  WebpRecipe recipe{.width = 14, .height = 10, .lossless = lossless};
+  recipe.samples = pattern(140, bits);
+  for (uint32_t &sample : recipe.samples) sample |= bits < 32 ? 0xFF000000 : 0;
+  return recipe;
+}
+
+void saveWebps(const std::filesystem::path &folder) {
+  save(folder / "lossless.webp", makeWebp(webp(true, 24)));
+  save(folder / "lossless-alpha.webp", makeWebp(webp(true, 32)));
+  save(folder / "lossy.webp", makeWebp(webp(false, 24)));
+  save(folder / "lossy-alpha.webp", makeWebp(webp(false, 32)));
+  WebpRecipe recipe = webp(false, 32);
+  recipe.animated = true;
+  recipe.canvasWidth = 20;
+  recipe.left = 4;
+  recipe.profile = swappedRgbProfile();
+  save(folder / "animated-profile.webp", makeWebp(recipe));
+}
+
+void saveOneOfEach(const std::filesystem::path &folder) {
+  save(folder / "rgba.png", makePng(png(PNG_COLOR_TYPE_RGB_ALPHA, 8, true)));
+  save(folder / "palette.png", makePng(png(PNG_COLOR_TYPE_PALETTE, 4, false)));
+  save(folder / "grey.png", makePng(png(PNG_COLOR_TYPE_GRAY, 8, false)));
+  save(folder / "ycbcr.jpg", makeJpeg(jpeg(JCS_RGB, JCS_YCbCr)));
+  save(folder / "grey.jpg", makeJpeg(jpeg(JCS_GRAYSCALE, JCS_GRAYSCALE)));
+  save(folder / "drawn.pict", drawnPicture());
+  save(folder / "rgb.tif", makeTiff(tiff(PHOTOMETRIC_RGB, 3, 8)));
+  save(folder / "sixteen.gif", makeGif(gif(4, false)));
+  save(folder / "plain.bmp", makeBmp(bmp(24, 40)));
+  save(folder / "runs.tga", makeTga(tga(10, 24, 0x20)));
+  save(folder / "lossy.webp", makeWebp(webp(false, 32)));
+}
+
 }  // namespace
 
 int main(int argc, char **argv) {
@@ -215,10 +392,10 @@ int main(int argc, char **argv) {
   savePngs(seeds / "png");
   saveJpegs(seeds / "jpeg");
   savePictures(seeds / "pict");
-  save(seeds / "load" / "rgba.png", makePng(png(PNG_COLOR_TYPE_RGB_ALPHA, 8, true)));
-  save(seeds / "load" / "palette.png", makePng(png(PNG_COLOR_TYPE_PALETTE, 4, false)));
-  save(seeds / "load" / "grey.png", makePng(png(PNG_COLOR_TYPE_GRAY, 8, false)));
-  save(seeds / "load" / "ycbcr.jpg", makeJpeg(jpeg(JCS_RGB, JCS_YCbCr)));
-  save(seeds / "load" / "drawn.pict", drawnPicture());
-  save(seeds / "load" / "grey.jpg", makeJpeg(jpeg(JCS_GRAYSCALE, JCS_GRAYSCALE)));
+  saveTiffs(seeds / "tiff");
+  saveBmps(seeds / "bmp");
+  saveTgas(seeds / "tga");
+  saveGifs(seeds / "gif");
+  saveWebps(seeds / "webp");
+  saveOneOfEach(seeds / "load");
 }
