@@ -212,7 +212,8 @@ Result<DecodedImage> decodePng(Bytes file, const CGImageDecodeLimits &limits) no
   if (scorePng(file) == 0) return Fault::unknownFormat;
   Reading reading(file, limits);
   if (!begin(reading)) return Fault::noMemory;
-  if (!runToEnd(reading, readAll)) return reading.fault;
+  // Without memory for a profile libpng goes on; an image in the wrong colours is no result.
+  if (!runToEnd(reading, readAll) || reading.fault != Fault::none) return reading.fault;
   try {
     keepProfile(reading);
   } catch (const std::bad_alloc &) {
