@@ -18,6 +18,25 @@ TEST(HasAlpha, IsNoForNoneAndTheSkippedOnesAndYesForEveryOther) {
   }
 }
 
+// One pixel that no buffer has been made of.
+cf::Ref<DRAVCFImageRef> platformPixel(CGImageAlphaInfo info, const Bytes &pixel) {
+  const cf::Ref cgImage = makeCGImage({1, 1, 8, 32, 4, displaySpace().get(), info}, pixel);
+  return cf::adopt(DRAVCFImageCreateWithImage(nullptr, cgImage.get()));
+}
+
+TEST(HasAlpha, OfAPlatformImageIsWhatThatSays) {
+  EXPECT_EQ(DRAVCFImageHasAlpha(platformPixel(kCGImageAlphaNoneSkipFirst, {1, 2, 3, 4}).get()), 0);
+  EXPECT_EQ(DRAVCFImageHasAlpha(platformPixel(kCGImageAlphaLast, {1, 2, 3, 4}).get()), 1);
+}
+
+TEST(IsOpaque, OfAPlatformImageLooksAtItsPixels) {
+  EXPECT_EQ(DRAVCFImageIsOpaque(platformPixel(kCGImageAlphaFirst, {254, 0, 0, 0}).get()), 0);
+  EXPECT_EQ(DRAVCFImageIsOpaque(platformPixel(kCGImageAlphaFirst, {255, 0, 0, 0}).get()), 1);
+  EXPECT_EQ(DRAVCFImageIsOpaque(platformPixel(kCGImageAlphaLast, {255, 0, 0, 254}).get()), 0)
+      << "its buffer has alpha first";
+  EXPECT_EQ(DRAVCFImageIsOpaque(platformPixel(kCGImageAlphaNoneSkipFirst, {0, 0, 0, 0}).get()), 1);
+}
+
 TEST(IsOpaque, WithoutAlphaIsYesWithoutALookAtThePixels) {
   for (uint32_t info : {0u, 5u, 6u}) EXPECT_EQ(DRAVCFImageIsOpaque(withAlphaInfo(info).get()), 1) << info;
 }
@@ -202,6 +221,73 @@ TEST(AlphaAllocation, FailingAnywhereGivesNothingOrTheWholeResult) {
     }
   });
   EXPECT_EQ(bufferOf(source.get()), (Bytes{128, 64, 64, 64, 255, 1, 2, 3}));
+}
+
+TEST(AddAlpha, DropsThePlatformImage) {
+  const cf::Ref image = platformPixel(kCGImageAlphaNoneSkipFirst, {9, 1, 2, 3});
+  DRAVCFImageAddAlphaChannel(image.get());
+  EXPECT_EQ(image->cgImage, nullptr);
+  EXPECT_EQ(bufferOf(image.get()), (Bytes{255, 1, 2, 3}));
+}
+
+TEST(RemoveAlpha, OfAnyLayoutWithAlphaMovesItFirst) {
+  for (const auto info : {kCGImageAlphaPremultipliedLast, kCGImageAlphaLast}) {
+    const Bytes pixel = info == kCGImageAlphaLast ? Bytes{128, 0, 255, 128} : Bytes{64, 0, 128, 128};
+    const cf::Ref buffered = makeBufferImage(1, 1, 32, displaySpace().get(), info, pixel);
+    for (const auto &image : {buffered, platformPixel(info, pixel)}) {
+      DRAVCFImageRemoveAlphaChannel(image.get());
+      EXPECT_EQ(bufferOf(image.get()), (Bytes{1, 128, 0, 255}));
+      EXPECT_EQ(image->alphaInfo, kCGImageAlphaPremultipliedFirst);
+    }
+  }
+}
+
+TEST(RemoveAlpha, WarnsOnceHoweverManyPixelsThereAre) {
+  Bytes pixels;
+  for (int i = 0; i < 20000; ++i) pixels.insert(pixels.end(), {100, 200, 0, 0});
+  const cf::Ref image = makeARGBImage(200, 100, pixels);
+  testing::internal::CaptureStderr();
+  DRAVCFImageRemoveAlphaChannel(image.get());
+  EXPECT_EQ(testing::internal::GetCapturedStderr(),
+            "DRAVCFImageRemoveAlphaChannel - invalid unpremultiplication\n");
+  testing::internal::CaptureStderr();
+  DRAVCFImageRemoveAlphaChannel(image.get());
+  EXPECT_NE(testing::internal::GetCapturedStderr(), "") << "the alpha byte 1 is below most colours";
+}
+
+TEST(RemoveAlpha, OfAnImageThatCannotBePromotedLeavesNoBuffer) {
+  const cf::Ref image = makeBufferImage(4, 1, 7, displaySpace().get(), kCGImageAlphaFirst, Bytes(4, 1));
+  DRAVCFImageRemoveAlphaChannel(image.get());
+  EXPECT_EQ(image->buffer, nullptr);
+  const cf::Ref other = makeBufferImage(4, 1, 7, displaySpace().get(), kCGImageAlphaFirst, Bytes(4, 1));
+  EXPECT_EQ(DRAVCFImageCopyOpaqueImage(nullptr, other.get()), nullptr);
+  EXPECT_EQ(bufferOf(other.get()), Bytes(4, 1));
+}
+
+TEST(CopyOpaque, OfAnImageWithoutAlphaIsAPlainCopy) {
+  const cf::Ref image = makeGrayImage(3, 1, {1, 2, 3});
+  const cf::Ref copy = cf::adopt(DRAVCFImageCopyOpaqueImage(nullptr, image.get()));
+  EXPECT_EQ(bufferOf(copy.get()), (Bytes{1, 2, 3}));
+  EXPECT_NE(copy->buffer, image->buffer);
+}
+
+TEST(CopyPremultipliedOpaque, FillsTheFirstByteWhereverTheAlphaIs) {
+  const cf::Ref image =
+      makeBufferImage(1, 1, 32, displaySpace().get(), kCGImageAlphaPremultipliedLast, {1, 2, 3, 4});
+  const cf::Ref copy = cf::adopt(DRAVCFImageCopyPremultipliedOpaqueImage(nullptr, image.get()));
+  EXPECT_EQ(bufferOf(copy.get()), (Bytes{255, 2, 3, 4}));
+}
+
+TEST(CopyPremultipliedOpaque, OfSmallerPixelsIsNone) {
+  const cf::Ref image = makeBufferImage(8, 1, 8, graySpace().get(), kCGImageAlphaOnly, Bytes(8, 9));
+  EXPECT_EQ(DRAVCFImageCopyPremultipliedOpaqueImage(nullptr, image.get()), nullptr);
+  EXPECT_EQ(bufferOf(image.get()), Bytes(8, 9));
+}
+
+TEST(CopyAlpha, OfAPlatformImageIsItsAlpha) {
+  const cf::Ref image = platformPixel(kCGImageAlphaLast, {1, 2, 3, 77});
+  const cf::Ref alpha = cf::adopt(DRAVCFImageCopyAlphaChannel(nullptr, image.get()));
+  EXPECT_EQ(bufferOf(alpha.get()), (Bytes{77}));
 }
 
 }  // namespace

@@ -77,9 +77,13 @@ TEST(MakeGrayscale, LeavesGreyAndPixelsOfOtherSizesAlone) {
   const cf::Ref gray = makeGrayImage(4, 1, {1, 2, 3, 4});
   DRAVCFImageMakeGrayscale(gray.get());
   EXPECT_EQ(bufferOf(gray.get()), (Bytes{1, 2, 3, 4}));
-  const cf::Ref packed = makeBufferImage(4, 1, 24, deviceRGBSpace().get(), kCGImageAlphaNone, Bytes(12, 7));
+  const Bytes colours{1, 50, 99, 3, 200, 7, 8, 9, 90, 11, 12, 255};
+  const cf::Ref packed = makeBufferImage(4, 1, 24, deviceRGBSpace().get(), kCGImageAlphaNone, colours);
   DRAVCFImageMakeGrayscale(packed.get());
-  EXPECT_EQ(bufferOf(packed.get()), Bytes(12, 7));
+  EXPECT_EQ(bufferOf(packed.get()), colours);
+  const cf::Ref wide = makeBufferImage(1, 1, 32, graySpace().get(), kCGImageAlphaNone, {1, 2, 30, 4});
+  DRAVCFImageMakeGrayscale(wide.get());
+  EXPECT_EQ(bufferOf(wide.get()), (Bytes{1, 2, 30, 4})) << "grey, of whatever depth";
 }
 
 // The arithmetic that defines the mean: single precision throughout.
@@ -115,6 +119,58 @@ TEST(MakeGrayscale, GivesTheDefinedMeanForAll16777216Colours) {
       }
     }
   }
+}
+
+TEST(IsColor, OfAPlatformImageIsWhatItsSpaceSays) {
+  const cf::Ref gray = makeCGImage({1, 1, 8, 8, 1, graySpace().get(), kCGImageAlphaNone}, {1});
+  EXPECT_EQ(DRAVCFImageIsColor(cf::adopt(DRAVCFImageCreateWithImage(nullptr, gray.get())).get()), 0);
+}
+
+TEST(ConvertToColor, LeavesColourAlone) {
+  // Promotion would fill the ignored byte.
+  const cf::Ref image =
+      makeBufferImage(1, 1, 32, displaySpace().get(), kCGImageAlphaNoneSkipFirst, {7, 1, 2, 3});
+  DRAVCFImageConvertToColor(image.get());
+  EXPECT_EQ(bufferOf(image.get()), (Bytes{7, 1, 2, 3}));
+}
+
+TEST(ConvertToGrayscale, OfPaddedRowsGivesPackedOnes) {
+  Bytes rows(2 * 16, 99);
+  for (size_t y = 0; y < 2; ++y)
+    for (size_t i = 0; i < 12; ++i) rows[16 * y + i] = static_cast<uint8_t>(10 * y + i / 4);
+  const cf::Ref image = cf::adopt(DRAVCFImageCreateWithBuffer(
+      nullptr, rows.data(), 3, 2, 8, 32, 16, displaySpace().get(), kCGImageAlphaNoneSkipFirst));
+  DRAVCFImageConvertToGrayscale(image.get());
+  EXPECT_EQ(bufferOf(image.get()), (Bytes{0, 1, 2, 10, 11, 12}));
+  EXPECT_EQ(image->bytesPerRow, 3u);
+}
+
+TEST(ConvertToGrayscale, OfGreysKeepsEachOfThem) {
+  Bytes pixels, grays;
+  for (int gray = 0; gray < 256; ++gray) {
+    for (int byte : {0, gray, gray, gray}) pixels.push_back(static_cast<uint8_t>(byte));
+    grays.push_back(static_cast<uint8_t>(gray));
+  }
+  const cf::Ref image = makeBufferImage(256, 1, 32, displaySpace().get(), kCGImageAlphaNoneSkipFirst, pixels);
+  DRAVCFImageConvertToGrayscale(image.get());
+  EXPECT_EQ(bufferOf(image.get()), grays);
+}
+
+TEST(ConvertToGrayscale, OfAnImageThatHoldsNoPixelsDoesNothing) {
+  const cf::Ref empty = cf::adopt(DRAVCFImageCreate(nullptr));
+  DRAVCFImageConvertToGrayscale(empty.get());
+  EXPECT_EQ(empty->buffer, nullptr);
+  const cf::Ref none = cf::adopt(DRAVCFImageCreateWithSize(nullptr, CGSizeMake(0, 0), 1));
+  DRAVCFImageConvertToGrayscale(none.get());
+  EXPECT_EQ(none->bitsPerPixel, 32u);
+}
+
+TEST(MakeGrayscale, DropsThePlatformImage) {
+  const cf::Ref image = makeARGBImage(1, 1, {255, 30, 60, 90});
+  ASSERT_NE(DRAVCFImageGetCGImage(image.get()), nullptr);
+  DRAVCFImageMakeGrayscale(image.get());
+  EXPECT_EQ(image->cgImage, nullptr);
+  EXPECT_EQ(bufferOf(image.get()), (Bytes{255, 60, 60, 60}));
 }
 
 }  // namespace

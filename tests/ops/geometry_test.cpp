@@ -37,6 +37,29 @@ TEST(Crop, ToTheWholeImageLeavesItUntouched) {
   EXPECT_EQ(image->buffer, before);
 }
 
+// Drawn anew its rows would be padded.
+TEST(Crop, ToTheWholeOfAColourImageLeavesItUntouched) {
+  const cf::Ref image = makeARGBImage(3, 1, Bytes(12, 255));
+  CGImageRef before = DRAVCFImageGetCGImage(image.get());
+  DRAVCFImageCropToRect(image.get(), CGRectMake(0.2f, 0.3f, 2.5f, 0.6f));
+  EXPECT_EQ(image->bytesPerRow, 12u);
+  EXPECT_EQ(image->cgImage, before);
+  // The whole of it after clipping only is drawn.
+  DRAVCFImageCropToRect(image.get(), CGRectMake(-1, 0, 4, 1));
+  EXPECT_EQ(image->width, 3u);
+  EXPECT_EQ(image->bytesPerRow, 32u);
+}
+
+TEST(Crop, MovesAnOriginBelowZeroBeforeItCuts) {
+  const cf::Ref image = placeImage(5, 4);
+  DRAVCFImageCropToRect(image.get(), CGRectMake(-2, -3, 6, 5));
+  EXPECT_EQ(image->width, 5u);
+  EXPECT_EQ(image->height, 4u);
+  const cf::Ref lower = placeImage(3, 4);
+  DRAVCFImageCropToRect(lower.get(), CGRectMake(0, -3, 3, 2));
+  EXPECT_EQ(bufferOf(lower.get()), (Bytes{20, 21, 22, 30, 31, 32})) << "two rows from the bottom";
+}
+
 TEST(Crop, AnOriginBelowZeroMovesWithoutShortening) {
   const cf::Ref image = placeImage(100, 2);
   DRAVCFImageCropToRect(image.get(), CGRectMake(-10, 0, 50, 2));
@@ -271,6 +294,100 @@ TEST(GeometryAllocation, FailingAnywhereLeavesTheImageAsItWas) {
   check([](DRAVCFImageRef image) { DRAVCFImageCropToRect(image, CGRectMake(1, 1, 2, 1)); });
   check([](DRAVCFImageRef image) { DRAVCFImageScaleToSize(image, CGSizeMake(8, 2)); });
   check([](DRAVCFImageRef image) { DRAVCFImageFlipVertically(image); });
+}
+
+TEST(Crop, OfOnePixelOrAColumnCutsOutWhatIsThere) {
+  const cf::Ref pixel = makeARGBImage(1, 1, {9, 1, 2, 3});
+  DRAVCFImageCropToRect(pixel.get(), CGRectMake(-5, -5, 100, 100));
+  EXPECT_EQ(Bytes(pixel->buffer, pixel->buffer + 4), (Bytes{9, 1, 2, 3}));
+  Bytes bytes(40000);
+  for (size_t i = 0; i < bytes.size(); ++i) bytes[i] = static_cast<uint8_t>(i / 7);
+  const cf::Ref column = makeGrayImage(1, 40000, bytes);
+  DRAVCFImageCropToRect(column.get(), CGRectMake(0, 1, 1, 39998));
+  EXPECT_EQ(bufferOf(column.get()), Bytes(bytes.begin() + 1, bytes.end() - 1));
+  DRAVCFImageFlipVertically(column.get());
+  EXPECT_EQ(bufferOf(column.get()), Bytes(bytes.rbegin() + 1, bytes.rend() - 1));
+}
+
+TEST(Crop, ByHugeRectanglesKeepsWhatIsThere) {
+  for (const CGRect huge : {CGRectMake(-1e9f, -1e9f, 3e9f, 3e9f), CGRectMake(-1, -1, 3e38f, 3e38f),
+                            CGRectInfinite, CGRectMake(0, 0, HUGE_VALF, HUGE_VALF)}) {
+    const cf::Ref image = placeImage(4, 3);
+    const Bytes before = bufferOf(image.get());
+    DRAVCFImageCropToRect(image.get(), huge);
+    EXPECT_EQ(bufferOf(image.get()), before) << huge.size.width;
+    EXPECT_EQ(image->width, 4u);
+  }
+}
+
+TEST(Geometry, OfAPlatformImageWorksOnItsPixels) {
+  const cf::Ref cgImage =
+      makeCGImage({2, 1, 8, 24, 6, deviceRGBSpace().get(), kCGImageAlphaNone}, {1, 2, 3, 4, 5, 6});
+  const cf::Ref cropped = cf::adopt(DRAVCFImageCreateWithImage(nullptr, cgImage.get())),
+                scaled = cf::adopt(DRAVCFImageCreateWithImage(nullptr, cgImage.get()));
+  DRAVCFImageCropToRect(cropped.get(), CGRectMake(1, 0, 1, 1));
+  EXPECT_EQ(Bytes(cropped->buffer, cropped->buffer + 3), (Bytes{4, 5, 6}));
+  DRAVCFImageScaleToSize(scaled.get(), CGSizeMake(2, 2));
+  EXPECT_EQ(Bytes(scaled->buffer, scaled->buffer + 3), (Bytes{1, 2, 3}));
+  for (const auto &image : {cropped, scaled}) {
+    EXPECT_EQ(image->cgImage, nullptr);
+    EXPECT_EQ(image->bitsPerPixel, 32u);
+    EXPECT_EQ(image->alphaInfo, kCGImageAlphaNoneSkipLast);
+    EXPECT_EQ(image->bytesPerRow, 32u);
+    EXPECT_TRUE(CFEqual(image->colorSpace, deviceRGBSpace().get())) << "the space stays";
+  }
+}
+
+TEST(Scale, Of32BitColourKeepsItsLayout) {
+  for (const auto info : {kCGImageAlphaPremultipliedLast, kCGImageAlphaPremultipliedFirst,
+                          kCGImageAlphaNoneSkipLast, kCGImageAlphaNoneSkipFirst}) {
+    const cf::Ref image = makeBufferImage(1, 1, 32, displaySpace().get(), info, {9, 9, 9, 9});
+    DRAVCFImageScaleToSize(image.get(), CGSizeMake(9, 1));
+    EXPECT_EQ(image->alphaInfo, info);
+    EXPECT_EQ(image->bytesPerRow, 64u);
+    EXPECT_EQ(image->bufferSize, 64u);
+  }
+}
+
+TEST(Scale, OfGreyPacksItsRows) {
+  const cf::Ref image = makeGrayImage(1, 1, {9});
+  DRAVCFImageScaleToSize(image.get(), CGSizeMake(5, 3));
+  EXPECT_EQ(image->bytesPerRow, 5u);
+  EXPECT_EQ(bufferOf(image.get()), Bytes(15, 9));
+}
+
+TEST(Flip, OfAPlatformImageOfFewerBitsInRowsOfTheSameLengthMakesTheBufferAgree) {
+  // Four bits a component, and rows as long as those of the buffer.
+  const cf::Ref cgImage = makeCGImage({1, 2, 4, 16, 4, displaySpace().get(), kCGImageAlphaPremultipliedFirst},
+                                      {0xFF, 0x00, 0, 0, 0xF0, 0xF0, 0, 0});
+  ASSERT_TRUE(cgImage);
+  const cf::Ref image = cf::adopt(DRAVCFImageCreateWithImage(nullptr, cgImage.get()));
+  DRAVCFImageFlipVertically(image.get());
+  EXPECT_EQ(bufferOf(image.get()), (Bytes{255, 0, 255, 0, 255, 255, 0, 0}));
+}
+
+TEST(Flip, OfALayoutNoContextDrawsIntoLeavesTheImage) {
+  const Bytes wide{1, 2, 3, 4};
+  const cf::Ref image = cf::adopt(DRAVCFImageCreateWithBuffer(nullptr, wide.data(), 1, 2, 16, 16, 2,
+                                                              graySpace().get(), kCGImageAlphaNone));
+  DRAVCFImageFlipVertically(image.get());
+  EXPECT_EQ(bufferOf(image.get()), wide);
+  const cf::Ref packed =
+      makeBufferImage(1, 2, 24, deviceRGBSpace().get(), kCGImageAlphaNone, {1, 2, 3, 4, 5, 6});
+  DRAVCFImageFlipVertically(packed.get());
+  EXPECT_EQ(bufferOf(packed.get()), (Bytes{1, 2, 3, 4, 5, 6}));
+}
+
+TEST(Flip, OfPaddedRowsKeepsThem) {
+  const cf::Ref image = makeARGBImage(3, 2, {255, 1, 1, 1, 255, 2, 2, 2, 255, 3, 3, 3,  //
+                                             255, 4, 4, 4, 255, 5, 5, 5, 255, 6, 6, 6});
+  DRAVCFImageCropToRect(image.get(), CGRectMake(1, 0, 2, 2));
+  const uint8_t *buffer = image->buffer;
+  DRAVCFImageFlipVertically(image.get());
+  EXPECT_EQ(image->buffer, buffer);
+  EXPECT_EQ(image->bytesPerRow, 32u);
+  EXPECT_EQ(Bytes(buffer, buffer + 8), (Bytes{255, 5, 5, 5, 255, 6, 6, 6}));
+  EXPECT_EQ(Bytes(buffer + 32, buffer + 40), (Bytes{255, 2, 2, 2, 255, 3, 3, 3}));
 }
 
 }  // namespace

@@ -91,4 +91,60 @@ TEST(Mask, FailingAnywhereGivesNothingOrTheWholeResult) {
   });
 }
 
+TEST(Mask, WalksThePaddedRowsOfTheMask) {
+  const Bytes padded{10, 99, 99, 20, 99, 99};
+  const cf::Ref mask = cf::adopt(DRAVCFImageCreateWithBuffer(nullptr, padded.data(), 1, 2, 8, 8, 3,
+                                                             graySpace().get(), kCGImageAlphaNone));
+  const cf::Ref image = rgbImage(1, 2, {0, 1, 2, 3, 0, 4, 5, 6});
+  EXPECT_EQ(masked(image.get(), mask.get(), 1), (Bytes{10, 1, 2, 3, 20, 4, 5, 6}));
+}
+
+TEST(Mask, OfPlatformImagesIsThatOfTheirPixels) {
+  Bytes grays, colours, expected;
+  for (int gray = 0; gray < 256; ++gray) {
+    grays.push_back(static_cast<uint8_t>(gray));
+    for (int byte : {0, 10, 20, 30}) colours.push_back(static_cast<uint8_t>(byte));
+    for (int byte : {gray, 10, 20, 30}) expected.push_back(static_cast<uint8_t>(byte));
+  }
+  const cf::Ref gray = makeCGImage({256, 1, 8, 8, 256, graySpace().get(), kCGImageAlphaNone}, grays);
+  const cf::Ref colour =
+      makeCGImage({256, 1, 8, 32, 1024, displaySpace().get(), kCGImageAlphaNoneSkipFirst}, colours);
+  const cf::Ref mask = cf::adopt(DRAVCFImageCreateWithImage(nullptr, gray.get())),
+                image = cf::adopt(DRAVCFImageCreateWithImage(nullptr, colour.get()));
+  EXPECT_EQ(masked(image.get(), mask.get(), 1), expected);
+  EXPECT_EQ(mask->cgImage, gray.get());
+  EXPECT_EQ(image->cgImage, colour.get());
+}
+
+TEST(Mask, WithAlphaCountsAsItsGreyOverBlack) {
+  const cf::Ref image = rgbImage(1, 1, {0, 9, 8, 7});
+  EXPECT_EQ(masked(image.get(), makeARGBImage(1, 1, {128, 100, 100, 100}).get(), 1), (Bytes{100, 9, 8, 7}));
+}
+
+TEST(Mask, OfDeeperGreyThanAByteGivesNothing) {
+  const Bytes wide{1, 2};
+  const cf::Ref mask = cf::adopt(DRAVCFImageCreateWithBuffer(nullptr, wide.data(), 1, 1, 16, 16, 2,
+                                                             graySpace().get(), kCGImageAlphaNone));
+  EXPECT_EQ(masked(rgbImage(1, 1, {0, 9, 8, 7}).get(), mask.get(), 1), Bytes{});
+}
+
+TEST(Mask, FailingAnywhereOfAGreyImageGivesNothingOrTheWholeResult) {
+  const cf::Ref image = makeGrayImage(1, 1, {200}), mask = makeGrayImage(1, 1, {128});
+  bool isDone = false;
+  testing_support::forEachFailedAllocation([&](CFAllocatorRef allocator, long) {
+    const cf::Ref result =
+        cf::adopt(DRAVCFImageCreateWithImageAndMask(allocator, image.get(), mask.get(), 0));
+    isDone = static_cast<bool>(result);
+    if (result) {
+      EXPECT_EQ(bufferOf(result.get()), (Bytes{128, 100, 100, 100}));
+    }
+  });
+  EXPECT_TRUE(isDone) << "with no allocation failing";
+}
+
+TEST(Mask, OfImagesThatHoldNothingGivesNothing) {
+  const cf::Ref empty = cf::adopt(DRAVCFImageCreate(nullptr));
+  EXPECT_EQ(DRAVCFImageCreateWithImageAndMask(nullptr, empty.get(), empty.get(), 0), nullptr);
+}
+
 }  // namespace

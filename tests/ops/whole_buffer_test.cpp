@@ -65,4 +65,52 @@ TEST(WholeBuffer, OperationsOnAnImageThatHoldsNothingDoNothing) {
   EXPECT_EQ(image->buffer, nullptr);
 }
 
+TEST(WholeBuffer, OperationsGoByTheAlphaOfEveryLayout) {
+  for (uint32_t info = 0; info <= 7; ++info) {
+    const bool hasAlpha = info != 0 && info != 5 && info != 6;
+    const auto make = [&] {
+      return makeBufferImage(1, 2, 32, displaySpace().get(), info, {1, 2, 3, 4, 5, 6, 7, 8});
+    };
+    const cf::Ref inverted = make(), cleared = make();
+    DRAVCFImageInvert(inverted.get());
+    EXPECT_EQ(bufferOf(inverted.get()), hasAlpha ? (Bytes{255, 253, 252, 251, 255, 249, 248, 247})
+                                                 : (Bytes{254, 253, 252, 251, 250, 249, 248, 247}))
+        << info;
+    DRAVCFImageClear(cleared.get());
+    EXPECT_EQ(bufferOf(cleared.get()), Bytes(8, hasAlpha ? 0 : 255)) << info;
+  }
+}
+
+TEST(WholeBuffer, OperationsReachThePaddingOfRows) {
+  const Bytes rows(24, 7);
+  const auto make = [&] {
+    return cf::adopt(DRAVCFImageCreateWithBuffer(nullptr, rows.data(), 1, 2, 8, 32, 12, displaySpace().get(),
+                                                 kCGImageAlphaNoneSkipFirst));
+  };
+  const cf::Ref inverted = make(), cleared = make();
+  DRAVCFImageInvert(inverted.get());
+  EXPECT_EQ(bufferOf(inverted.get()), Bytes(24, 248));
+  DRAVCFImageClear(cleared.get());
+  EXPECT_EQ(bufferOf(cleared.get()), Bytes(24, 255));
+}
+
+TEST(Clear, WithAlphaReachesBytesAfterTheLastWholeWord) {
+  const cf::Ref image = makeBufferImage(7, 1, 8, graySpace().get(), kCGImageAlphaOnly, Bytes(7, 9));
+  DRAVCFImageClear(image.get());
+  EXPECT_EQ(bufferOf(image.get()), Bytes(7, 0));
+}
+
+TEST(WholeBuffer, OperationsOnAPlatformImageMakeItsBuffer) {
+  const cf::Ref cgImage =
+      makeCGImage({1, 1, 8, 32, 4, displaySpace().get(), kCGImageAlphaPremultipliedFirst}, {128, 1, 2, 3});
+  const cf::Ref inverted = cf::adopt(DRAVCFImageCreateWithImage(nullptr, cgImage.get())),
+                cleared = cf::adopt(DRAVCFImageCreateWithImage(nullptr, cgImage.get()));
+  DRAVCFImageInvert(inverted.get());
+  EXPECT_EQ(bufferOf(inverted.get()), (Bytes{255, 254, 253, 252}));
+  EXPECT_EQ(inverted->cgImage, nullptr);
+  DRAVCFImageClear(cleared.get());
+  EXPECT_EQ(bufferOf(cleared.get()), Bytes(4, 0));
+  EXPECT_EQ(cleared->cgImage, nullptr);
+}
+
 }  // namespace

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "guarded_memory.h"
 #include "pixel/instruction_sets.h"
 #include "pixel/plain_form.h"
 
@@ -267,6 +268,19 @@ TEST(Premultiply, NoBufferIsNothingToDo) {
     callPremultiply(nullptr, 4, layout);
     EXPECT_EQ(callUnpremultiply(nullptr, 4, layout), "");
   }
+}
+
+TEST(AlphaBuffers, NoByteBesideTheBufferIsTouched) {
+  using testing_support::GuardedMemory;
+  forEachInstructionSet([] {
+    for (const Layout layout : kLayouts)
+      for (const auto edge : {GuardedMemory::Edge::first, GuardedMemory::Edge::last})
+        for (size_t size = 0; size < 300; size += size < 10 ? 1 : 13) {
+          const GuardedMemory memory(size, edge);
+          callPremultiply(memory.data(), size, layout);
+          unpremultiplyOnly(memory.data(), size, layout);
+        }
+  });
 }
 
 }  // namespace
