@@ -101,20 +101,19 @@ Buffer randomBytes(size_t size, unsigned seed) {
 template <class Plain, class Operate>
 void compareLengths(Plain &&plainForm, Operate &&operate) {
   const Buffer bytes = randomBytes(1024, 11);
-  for (const Layout layout : kLayouts) {
-    for (size_t offset = 0; offset < 67; ++offset) {
-      for (size_t size = 0; size < 4 * (2 * kMostLanes + 2); ++size) {
-        const Buffer before(bytes.begin(), bytes.begin() + static_cast<long>(offset + size));
-        Buffer expected = before;
-        plainForm(expected.data() + offset, size, layout);
-        forEachInstructionSet([&] {
-          Buffer memory = before;
+  forEachInstructionSet([&] {
+    for (const Layout layout : kLayouts) {
+      for (size_t offset = 0; offset < 67; ++offset) {
+        for (size_t size = 0; size < 4 * (2 * kMostLanes + 2); ++size) {
+          Buffer memory(bytes.begin(), bytes.begin() + static_cast<long>(offset + size));
+          Buffer expected = memory;
+          plainForm(expected.data() + offset, size, layout);
           operate(memory.data() + offset, size, layout);
           ASSERT_EQ(memory, expected) << size << " bytes at offset " << offset;
-        });
+        }
       }
     }
-  }
+  });
 }
 
 // Discards the messages of a test that checks bytes only.
