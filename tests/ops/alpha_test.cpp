@@ -72,6 +72,14 @@ TEST(IsOpaque, NeverReadsPastABufferOfSmallerPixels) {
   EXPECT_EQ(DRAVCFImageIsOpaque(other.get()), 0);
 }
 
+TEST(IsOpaque, OfABufferShorterThanItsRowsClaimGoesByWhatIsThere) {
+  const cf::Ref image = makeARGBImage(1, 3, {255, 1, 1, 1, 0, 0, 0, 0, 0, 0, 0, 0});
+  image->bufferSize = 4;
+  EXPECT_EQ(DRAVCFImageIsOpaque(image.get()), 1);
+  image->bufferSize = 5;
+  EXPECT_EQ(DRAVCFImageIsOpaque(image.get()), 0) << "the first byte of the second row";
+}
+
 TEST(AddAlpha, GivesOpaqueARGBAndLeavesAnImageThatHasAlpha) {
   const cf::Ref gray = makeGrayImage(1, 1, {7});
   DRAVCFImageAddAlphaChannel(gray.get());
@@ -288,6 +296,27 @@ TEST(CopyAlpha, OfAPlatformImageIsItsAlpha) {
   const cf::Ref image = platformPixel(kCGImageAlphaLast, {1, 2, 3, 77});
   const cf::Ref alpha = cf::adopt(DRAVCFImageCopyAlphaChannel(nullptr, image.get()));
   EXPECT_EQ(bufferOf(alpha.get()), (Bytes{77}));
+}
+
+TEST(AddAlpha, LeavesAlphaWhereverItIs) {
+  const cf::Ref image =
+      makeBufferImage(1, 1, 32, displaySpace().get(), kCGImageAlphaPremultipliedLast, {1, 2, 3, 4});
+  DRAVCFImageAddAlphaChannel(image.get());
+  EXPECT_EQ(bufferOf(image.get()), (Bytes{1, 2, 3, 4}));
+  EXPECT_EQ(image->alphaInfo, kCGImageAlphaPremultipliedLast);
+}
+
+TEST(RemoveAlpha, WarnsOfOnePixelAmongMany) {
+  for (const size_t where : {size_t{0}, size_t{5000}, size_t{19999}}) {
+    Bytes pixels(4 * 20000, 100);
+    pixels[4 * where + 3] = 101;
+    const cf::Ref image = makeARGBImage(200, 100, pixels);
+    testing::internal::CaptureStderr();
+    DRAVCFImageRemoveAlphaChannel(image.get());
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              "DRAVCFImageRemoveAlphaChannel - invalid unpremultiplication\n")
+        << where;
+  }
 }
 
 }  // namespace

@@ -173,4 +173,17 @@ TEST(MakeGrayscale, DropsThePlatformImage) {
   EXPECT_EQ(bufferOf(image.get()), (Bytes{255, 60, 60, 60}));
 }
 
+TEST(ConvertToGrayscale, FailingAnywhereKeepsThePlatformImage) {
+  const cf::Ref cgImage =
+      makeCGImage({1, 1, 8, 32, 4, displaySpace().get(), kCGImageAlphaPremultipliedFirst}, Bytes(4, 255));
+  testing_support::forEachFailedAllocation([&](CFAllocatorRef allocator, long n) {
+    const cf::Ref image = cf::adopt(DRAVCFImageCreateWithImage(allocator, cgImage.get()));
+    if (!image) return;
+    DRAVCFImageConvertToGrayscale(image.get());
+    if (image->cgImage != cgImage.get()) {
+      EXPECT_EQ(bufferOf(image.get()), Bytes{255}) << n;
+    }
+  });
+}
+
 }  // namespace

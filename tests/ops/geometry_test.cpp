@@ -390,4 +390,23 @@ TEST(Flip, OfPaddedRowsKeepsThem) {
   EXPECT_EQ(Bytes(buffer + 32, buffer + 40), (Bytes{255, 2, 2, 2, 255, 3, 3, 3}));
 }
 
+TEST(GeometryAllocation, FailingAnywhereKeepsThePlatformImage) {
+  const cf::Ref cgImage =
+      makeCGImage({2, 2, 8, 32, 8, displaySpace().get(), kCGImageAlphaPremultipliedFirst}, Bytes(16, 255));
+  for (const auto operation :
+       {+[](DRAVCFImageRef image) { DRAVCFImageCropToRect(image, CGRectMake(0, 0, 1, 1)); },
+        +[](DRAVCFImageRef image) { DRAVCFImageScaleToSize(image, CGSizeMake(1, 1)); },
+        +[](DRAVCFImageRef image) { DRAVCFImageFlipVertically(image); }}) {
+    testing_support::forEachFailedAllocation([&](CFAllocatorRef allocator, long n) {
+      const cf::Ref image = cf::adopt(DRAVCFImageCreateWithImage(allocator, cgImage.get()));
+      if (!image) return;
+      operation(image.get());
+      if (image->cgImage != cgImage.get()) {
+        ASSERT_TRUE(drav::bufferIsWhole(image.get())) << n;
+        EXPECT_EQ(Bytes(image->buffer, image->buffer + 4), Bytes(4, 255)) << n;
+      }
+    });
+  }
+}
+
 }  // namespace
