@@ -311,6 +311,29 @@ TEST(Composite, OneArrayOfRectanglesMayBeMissing) {
   EXPECT_EQ(bufferOf(source.get()), (Bytes{1, 255, 3}));
 }
 
+TEST(Composite, OfDeeperGreyCombinesTheFirstByteOfEachPixel) {
+  const auto deep = [](const Bytes &bytes) {
+    return cf::adopt(DRAVCFImageCreateWithBuffer(nullptr, bytes.data(), 2, 1, 16, 16, 4, graySpace().get(),
+                                                 kCGImageAlphaNone));
+  };
+  const cf::Ref source = deep({1, 2, 3, 4}), destination = deep({9, 9, 9, 9}), tiled = deep({9, 9, 9, 9});
+  DRAVCFImageComposite(source.get(), destination.get(), nullptr, nullptr, 1, kDRAVCFBlendModeCopySrc);
+  EXPECT_EQ(bufferOf(destination.get()), (Bytes{1, 9, 3, 9}));
+  const CGRect whole = CGRectMake(0, 0, 2, 1);
+  DRAVCFImageTile(source.get(), tiled.get(), whole, whole, kDRAVCFBlendModeCopySrc, 2);
+  EXPECT_EQ(bufferOf(tiled.get()), (Bytes{1, 9, 3, 9}));
+}
+
+TEST(Composite, OfFourComponentsHasNoKernel) {
+  const cf::Ref cmyk = cf::adopt(CGColorSpaceCreateDeviceCMYK());
+  const auto make = [&](const Bytes &bytes) {
+    return makeBufferImage(1, 1, 32, cmyk.get(), kCGImageAlphaNone, bytes);
+  };
+  const cf::Ref source = make({1, 2, 3, 4}), destination = make({5, 6, 7, 8});
+  DRAVCFImageComposite(source.get(), destination.get(), nullptr, nullptr, 1, kDRAVCFBlendModeCopySrc);
+  EXPECT_EQ(bufferOf(destination.get()), (Bytes{5, 6, 7, 8}));
+}
+
 TEST(Composite, OfALayoutWithoutKernelsDoesNothing) {
   // The ignored byte is the last: three components, and no kernel.
   const auto skipLast = [](const Bytes &bytes) {

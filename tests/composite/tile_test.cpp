@@ -109,4 +109,20 @@ TEST(Tile, OutsideTheImageBringsBothToOneLayoutAllTheSame) {
   EXPECT_EQ(bufferOf(destination.get()), (Bytes{255, 7, 7, 7}));
 }
 
+TEST(Tile, LeavesAStalePlatformImageInPlace) {
+  const cf::Ref cgImage =
+      makeCGImage({2, 1, 8, 32, 8, displaySpace().get(), kCGImageAlphaPremultipliedFirst}, Bytes(8, 1));
+  const cf::Ref destination = cf::adopt(DRAVCFImageCreateWithImage(nullptr, cgImage.get()));
+  DRAVCFImageTile(makeARGBImage(1, 1, {255, 9, 9, 9}).get(), destination.get(), CGRectMake(0, 0, 1, 1),
+                  CGRectMake(0, 0, 2, 1), kDRAVCFBlendModeCopySrc, 2);
+  EXPECT_EQ(DRAVCFImageGetCGImage(destination.get()), cgImage.get());
+  EXPECT_EQ(bufferOf(destination.get()), (Bytes{255, 9, 9, 9, 255, 9, 9, 9}));
+}
+
+TEST(Tile, OfAModeWithoutKernelOnlyBringsBothToOneLayout) {
+  const cf::Ref source = makeARGBImage(1, 1, {128, 64, 64, 64}), destination = makeGrayImage(1, 1, {7});
+  DRAVCFImageTile(source.get(), destination.get(), CGRectMake(0, 0, 1, 1), CGRectMake(0, 0, 1, 1), 24, 2);
+  EXPECT_EQ(bufferOf(destination.get()), (Bytes{255, 7, 7, 7}));
+}
+
 }  // namespace
