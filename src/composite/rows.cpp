@@ -1,13 +1,16 @@
 // The row forms, compiled once for each kind of processor, and the choice among them at run time.
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "composite/rows.cpp"
-// Between SSSE3 and SSE4 nothing differs here: one of them is enough.
-#define HWY_DISABLED_TARGETS HWY_SSSE3
+// Between SSSE3 and SSE4 nothing differs here: one of them is enough. The estimates are packed within blocks
+// of 16 bytes, which vectors of unknown size do not keep.
+#define HWY_DISABLED_TARGETS (HWY_SSSE3 | HWY_SVE | HWY_SVE2 | HWY_SVE_256 | HWY_SVE2_128 | HWY_RVV)
 #include <hwy/foreach_target.h>
 // foreach_target comes first.
 #include <hwy/highway.h>
 
+#include <algorithm>
 #include <cstring>
+#include <iterator>
 
 #include "composite/rows.h"
 #include "composite/rows_bytes-inl.h"
@@ -53,8 +56,10 @@ template <class Mode>
 HWY_INLINE Outcome combineARGB(Bytes s, Bytes d) {
   if constexpr (Guess<Mode>::exists) {
     const Guessed guessed = guessARGB<Mode>(s, d);
-    return {hn::BitCast(D8(), guessed.bytes),
-            hn::Or(guessed.template doubtfulARGB<Mode>(), invalidPixels(s, d))};
+    if constexpr (Guess<Mode>::suitsInvalid)
+      return {guessed.bytes(), guessed.template doubtfulARGB<Mode>()};
+    else
+      return {guessed.bytes(), hn::Or(guessed.template doubtfulARGB<Mode>(), invalidPixels(s, d))};
   } else if constexpr (Suspecting<Mode>) {
     Suspects unused;
     return {Lanes<Mode>::argb(Argb(s, d), unused), invalidPixels(s, d)};
@@ -71,10 +76,10 @@ HWY_INLINE Outcome combineOpaque(Bytes s, Bytes d) {
   } else if constexpr (Mode::onOpaque == Effect::copy) {
     return certain(s);
   } else if constexpr (CertainOpaque<Mode>) {
-    return certain(hn::BitCast(D8(), guessOpaque<first, Mode>(s, d).bytes));
+    return certain(guessOpaque<first, Mode>(s, d).bytes());
   } else if constexpr (Guess<Mode>::exists) {
     const Guessed guessed = guessOpaque<first, Mode>(s, d);
-    return {hn::BitCast(D8(), guessed.bytes), guessed.closerThan(Guess<Mode>::leastFineOpaque)};
+    return {guessed.bytes(), guessed.closerThan(Guess<Mode>::leastFineOpaque)};
   } else {
     return certain(Lanes<Mode>::opaque(s, d));
   }
@@ -98,15 +103,20 @@ constexpr bool mayDoubt() {
   return Guess<Mode>::exists && !CertainOpaque<Mode>;
 }
 
-// Does the pixels of one 32-bit lane as the kernel does.
+// Does the pixels of 32-bit lanes as the kernel does.
 template <PixelFormat Format, class Mode>
-void settleLane(const uint8_t *source, uint8_t *destination) noexcept {
-  if constexpr (Format == PixelFormat::argb && Mode::mode == kDRAVCFBlendModeSoftLight)
-    settleSoftLight(source, destination);
-  else
-    for (size_t i = 0; i < 4; i += bytesPerPixel(Format))
-      blendOnePixel(Format, Mode::mode, source + i, destination + i);
-}
+struct Settler {
+  static constexpr bool inVectors = Format == PixelFormat::argb && Mode::mode == kDRAVCFBlendModeSoftLight;
+  static constexpr size_t atOnce = inVectors ? kSettledAtOnce : 1;
+
+  static HWY_INLINE void settle(const uint8_t *source, uint8_t *destination, const size_t (&at)[atOnce]) {
+    if constexpr (inVectors)
+      settleSoftLight(source, destination, at);
+    else
+      for (size_t i = 0; i < 4; i += bytesPerPixel(Format))
+        blendOnePixel(Format, Mode::mode, source + at[0] + i, destination + at[0] + i);
+  }
+};
 
 // Whole vectors of a mode that may doubt: all of them are estimated first, and the doubtful lanes, left as
 // they were, settled after that. Settling each as it is found costs twice the time, nearly all of it in
@@ -120,30 +130,39 @@ class DoubtfulRun {
       : source_(source), destination_(destination) {}
 
   HWY_INLINE void estimate(size_t vectors) {
+    const uint8_t *const source = source_;
+    uint8_t *const destination = destination_;
     const size_t maskBytes = bytesOfMask();
     const size_t last = vectors * maskBytes / sizeof(uint64_t);
     std::memset(doubtful_ + last * sizeof(uint64_t), 0, sizeof(uint64_t));
     for (size_t v = 0; v < vectors; ++v) {
       const size_t at = v * hn::Lanes(D8());
-      const Bytes d = hn::LoadU(D8(), destination_ + at);
-      const Outcome outcome = combine<Format, Mode>(hn::LoadU(D8(), source_ + at), d);
+      const Bytes d = hn::LoadU(D8(), destination + at);
+      const Outcome outcome = combine<Format, Mode>(hn::LoadU(D8(), source + at), d);
       const Pixels kept =
           hn::IfThenElse(outcome.doubtful, hn::BitCast(D32(), d), hn::BitCast(D32(), outcome.bytes));
       hn::StoreMaskBits(D32(), outcome.doubtful, doubtful_ + v * maskBytes);
-      hn::StoreU(hn::BitCast(D8(), kept), D8(), destination_ + at);
+      hn::StoreU(hn::BitCast(D8(), kept), D8(), destination + at);
     }
   }
   HWY_INLINE void settle(size_t vectors) const {
+    using Settling = Settler<Format, Mode>;
     const size_t maskBytes = bytesOfMask();
+    size_t at[Settling::atOnce], found = 0;
     for (size_t first = 0; first < vectors * maskBytes; first += sizeof(uint64_t)) {
       uint64_t bits = 0;
       std::memcpy(&bits, doubtful_ + first, sizeof bits);
       for (; bits != 0; bits &= bits - 1) {
         const size_t bit = first * 8 + static_cast<size_t>(__builtin_ctzll(bits));
-        const size_t at = bit / (maskBytes * 8) * hn::Lanes(D8()) + bit % (maskBytes * 8) * 4;
-        settleLane<Format, Mode>(source_ + at, destination_ + at);
+        at[found++] = bit / (maskBytes * 8) * hn::Lanes(D8()) + bit % (maskBytes * 8) * 4;
+        if (found < Settling::atOnce) continue;
+        Settling::settle(source_, destination_, at);
+        found = 0;
       }
     }
+    if (found == 0) return;
+    std::fill(at + found, std::end(at), at[0]);
+    Settling::settle(source_, destination_, at);
   }
 
  private:

@@ -56,7 +56,7 @@ struct FloatAlphas {
   Floats partKs, partKd;  // (255 - s) / 255, (255 - d) / 255
   Floats partBoth;        // s * d / 255
   Floats eighthOfD;       // d / 8
-  Floats overD;           // 1 / d, and something finite for d = 0
+  Floats overD;           // 1 / d, and 0 for d = 0
 
   HWY_INLINE FloatAlphas(Floats sa, Floats da) : s(sa), d(da), both(hn::Mul(sa, da)) {
     const Floats part = floats(1.0F / 255.0F);
@@ -65,7 +65,7 @@ struct FloatAlphas {
     partKd = hn::NegMulAdd(d, part, floats(1.0F));
     partBoth = hn::Mul(both, part);
     eighthOfD = hn::Mul(d, floats(0.125F));
-    overD = hn::Div(floats(1.0F), hn::Max(d, floats(1.0F)));
+    overD = hn::IfThenElseZero(hn::Gt(d, floats(0.0F)), hn::Div(floats(1.0F), d));
   }
 };
 
@@ -77,6 +77,9 @@ struct Estimate {
 HWY_INLINE Floats withUncovered(Floats covered, Floats sc, Floats dc, const FloatAlphas &a) {
   return hn::MulAdd(sc, a.partKd, hn::MulAdd(dc, a.partKs, covered));
 }
+
+// Whose pixels have to be valid for an estimate.
+enum class Needed { neither, destination, both };
 
 template <class Mode>
 struct Guess {
@@ -99,6 +102,7 @@ concept CertainOpaque = requires(Floats v) {
 template <>
 struct Guess<mode::ColorDodge> {
   static constexpr bool exists = true;
+  static constexpr Needed validity = Needed::neither;
   // The kernel's 1 - Sc/Sa errs the more, the closer Sc comes to Sa.
   static constexpr float least = 3e-4F, perStretch = 255 * 5e-5F;
   // Without alpha there are 615 exact ties among the 65536 pairs, and the kernel rounds all of them up. The
@@ -123,6 +127,7 @@ struct Guess<mode::ColorDodge> {
 template <>
 struct Guess<mode::ColorBurn> {
   static constexpr bool exists = true;
+  static constexpr Needed validity = Needed::both;
   // The kernel divides a difference of nearly equal numbers by Sc.
   static constexpr float least = 3e-4F, perStretch = 255 * 1e-4F;
 
@@ -147,12 +152,13 @@ struct Guess<mode::ColorBurn> {
 template <>
 struct Guess<mode::SoftLight> {
   static constexpr bool exists = true;
-  // Estimate and kernel together, in the steps that Guessed::placeFinely counts. Where products and sums are
-  // rounded apart, one pixel in 2^30 needs the second step.
+  // Above 1, m magnifies errors.
+  static constexpr Needed validity = Needed::destination;
+  // Estimate and kernel together, in the steps that Guessed::placeFinely counts.
 #if HWY_TARGET <= HWY_AVX2
   static constexpr int leastFine = 1;
 #else
-  static constexpr int leastFine = 2;
+  static constexpr int leastFine = 2;  // products and sums are rounded apart
 #endif
   static constexpr int leastFineOpaque = 1;
 
@@ -165,7 +171,7 @@ struct Guess<mode::SoftLight> {
     const auto darkSource = hn::Lt(lean, floats(0.0F));
     const auto darkBelow = hn::Le(dc, eighthOfD);
     const Floats t = hn::IfThenElse(darkSource, bent, hn::IfThenElse(darkBelow, steep, rooted));
-    return hn::Max(hn::NegMulAdd(lean, t, plain), floats(0.0F));
+    return hn::NegMulAdd(lean, t, plain);
   }
   static HWY_INLINE Floats estimate(Floats sc, Floats dc, const FloatAlphas &a) {
     return estimate(dc, a.d, a.eighthOfD, hn::Mul(dc, a.overD),
@@ -177,26 +183,73 @@ struct Guess<mode::SoftLight> {
   }
 };
 
-// A vector of bytes, and how far its lanes are to be trusted.
-struct Guessed {
-  Pixels bytes;
-  Floats doubt;           // the largest distance from a whole number, errors added
-  hn::Vec<DI> closeness;  // the smallest distance to a half-way point, in fine steps
+// Whether any channel lies close to a half-way point, told by the distance in fine steps.
+#if HWY_TARGET <= HWY_AVX3
+// A distance that is not below twice the least has one of the upper bits. One instruction tests for them and
+// joins the masks, for which Highway has two.
+struct Closeness {
+  PixelMask apart;
+  template <int Least>
+  HWY_INLINE void add(Pixels bits) {
+    static_assert((Least & (Least - 1)) == 0);
+    constexpr uint32_t ofGreater = 0x7FFFU & ~(2U * Least - 1U);
+    apart = PixelMask{_mm512_mask_test_epi32_mask(apart.raw, bits.raw, hn::Set(D32(), ofGreater).raw)};
+  }
+  HWY_INLINE PixelMask below(int) const { return hn::Not(apart); }
+};
+HWY_INLINE Closeness farAway() { return {hn::FirstN(D32(), hn::Lanes(D32()))}; }
+#else
+struct Closeness {
+  hn::Vec<DI> least;
+  template <int Least>
+  HWY_INLINE void add(Pixels bits) {
+    least = hn::Min(least, hn::BitCast(DI(), hn::And(bits, hn::Set(D32(), 0x7FFFU))));
+  }
+  HWY_INLINE PixelMask below(int fineSteps) const {
+    return hn::RebindMask(D32(), hn::Lt(least, hn::Set(DI(), fineSteps)));
+  }
+};
+HWY_INLINE Closeness farAway() { return {hn::Set(DI(), 0x7FFF)}; }
+#endif
 
-  template <int Channel>
-  HWY_INLINE void keep(Pixels shifted) {
-    bytes = hn::OrAnd(bytes, shifted, hn::Set(D32(), 0xFFU << (8 * Channel)));
+using Whole = hn::Vec<DI>;
+using DS = hn::ScalableTag<int16_t>;
+
+// The words of both as bytes, held within 0 ... 255: block by block, those of the first before the second's.
+HWY_INLINE Bytes heldWithinBytes(hn::Vec<DS> first, hn::Vec<DS> second) {
+#if HWY_TARGET <= HWY_AVX3
+  return Bytes{_mm512_packus_epi16(first.raw, second.raw)};
+#elif HWY_TARGET <= HWY_AVX2
+  return Bytes{_mm256_packus_epi16(first.raw, second.raw)};
+#elif HWY_TARGET <= HWY_SSSE3
+  return Bytes{_mm_packus_epi16(first.raw, second.raw)};
+#else
+  const hn::Half<D8> half;
+  return hn::Combine(D8(), hn::DemoteTo(half, second), hn::DemoteTo(half, first));
+#endif
+}
+
+// The components of a vector of pixels, and how far its lanes are to be trusted.
+struct Guessed {
+  Whole component[4];   // what lies outside 0 ... 255 is still to be held within
+  Floats doubt;         // the largest distance from a whole number, errors added
+  Closeness closeness;  // of the components to a half-way point
+
+  HWY_INLINE Bytes bytes() const {
+    // Four components of one channel beside each other, in each block.
+    alignas(16) static constexpr uint8_t from[16] = {0, 4, 8, 12, 1, 5, 9, 13, 2, 6, 10, 14, 3, 7, 11, 15};
+    const auto words = [](Whole a, Whole b) { return hn::ReorderDemote2To(DS(), a, b); };
+    return hn::TableLookupBytes(
+        heldWithinBytes(words(component[0], component[1]), words(component[2], component[3])),
+        hn::LoadDup128(D8(), from));
   }
 
-  // REQUIRES: 0 <= steps < 255.5. Adding 2^23 rounds, and leaves the byte in the low bits of the sum.
+  // Adding 2^23 rounds, and leaves the whole number in the low bits of the sum. A conversion would look for
+  // what no integer holds.
   template <int Channel>
   HWY_INLINE Floats place(Floats steps) {
     const Floats sum = hn::Add(steps, floats(8388608.0F));
-    const Pixels bits = hn::BitCast(D32(), sum);
-    if constexpr (Channel == 0)
-      bytes = hn::Or(bytes, hn::And(bits, hn::Set(D32(), 0xFFU)));
-    else
-      bytes = hn::Or(bytes, hn::ShiftLeft<8 * Channel>(bits));  // the exponent leaves at the top
+    component[Channel] = hn::Sub(hn::BitCast(DI(), sum), hn::BitCast(DI(), floats(8388608.0F)));
     return hn::Sub(sum, floats(8388608.0F));
   }
   template <class Mode, int Channel>
@@ -205,30 +258,23 @@ struct Guessed {
     doubt = hn::Max(doubt, hn::MulAdd(e.stretch, floats(Guess<Mode>::perStretch), distance));
   }
 
-  // REQUIRES: 0 <= steps < 255.5. Adding 256 and a half leaves the byte in bits 15 to 22 of the sum, and
-  // below them how far it lies above the half-way point, in steps of 2^-15. `Least` more, and those that lie
-  // closer than that on either side are below twice as many.
+  // Adding 256 and a half leaves in the low bits of the sum how far a component within 0 ... 255 lies above
+  // the half-way point, in steps of 2^-15. `Least` more, and those that lie closer than that on either side
+  // are below twice as many.
   template <int Channel, int Least>
   HWY_INLINE void placeFinely(Floats steps) {
+    place<Channel>(steps);
     const Floats sum = hn::Add(steps, floats(256.5F + static_cast<float>(Least) / 32768.0F));
-    const Pixels bits = hn::BitCast(D32(), sum);
-    if constexpr (Channel < 2)
-      keep<Channel>(hn::ShiftRight<15 - 8 * Channel>(bits));
-    else
-      keep<Channel>(hn::ShiftLeft<8 * Channel - 15>(bits));
-    closeness = hn::Min(closeness, hn::And(hn::BitCast(DI(), sum), hn::Set(DI(), 0x7FFF)));
+    closeness.add<Least>(hn::BitCast(D32(), sum));
   }
 
   // Halves are rounded up.
   template <int Channel>
   HWY_INLINE void placeExactly(Floats steps) {
-    const auto whole = hn::BitCast(D32(), hn::ConvertTo(DI(), hn::Add(steps, floats(0.5F))));
-    bytes = hn::Or(bytes, hn::ShiftLeft<8 * Channel>(whole));
+    component[Channel] = hn::ConvertTo(DI(), hn::Add(steps, floats(0.5F)));
   }
 
-  HWY_INLINE PixelMask closerThan(int leastFine) const {
-    return hn::RebindMask(D32(), hn::Lt(closeness, hn::Set(DI(), 2 * leastFine)));
-  }
+  HWY_INLINE PixelMask closerThan(int leastFine) const { return closeness.below(2 * leastFine); }
   template <class Mode>
   HWY_INLINE PixelMask doubtfulARGB() const {
     if constexpr (Fine<Mode>)
@@ -238,7 +284,10 @@ struct Guessed {
   }
 };
 
-HWY_INLINE Guessed nothingGuessed() { return {hn::Zero(D32()), floats(0.0F), hn::Set(DI(), 0x7FFF)}; }
+HWY_INLINE Guessed nothingGuessed() {
+  const Whole none = hn::Zero(DI());
+  return {{none, none, none, none}, floats(0.0F), farAway()};
+}
 
 template <class Mode, int Channel>
 HWY_INLINE void guessChannel(Bytes s, Bytes d, const FloatAlphas &alphas, Guessed &to) {
@@ -253,11 +302,11 @@ template <class Mode>
 HWY_INLINE Guessed guessARGB(Bytes s, Bytes d) {
   const FloatAlphas alphas(channelOf<0>(s), channelOf<0>(d));
   Guessed result = nothingGuessed();
+  guessChannel<Mode, 3>(s, d, alphas, result);
+  guessChannel<Mode, 2>(s, d, alphas, result);
+  guessChannel<Mode, 1>(s, d, alphas, result);
   // The union of the alphas is a sum of products, never in doubt.
   result.place<0>(hn::MulAdd(alphas.d, alphas.partKs, alphas.s));
-  guessChannel<Mode, 1>(s, d, alphas, result);
-  guessChannel<Mode, 2>(s, d, alphas, result);
-  guessChannel<Mode, 3>(s, d, alphas, result);
   return result;
 }
 
@@ -274,10 +323,10 @@ HWY_INLINE void guessOpaqueChannel(Bytes s, Bytes d, Guessed &to) {
 template <int First, class Mode>
 HWY_INLINE Guessed guessOpaque(Bytes s, Bytes d) {
   Guessed result = nothingGuessed();
-  if constexpr (First == 0) guessOpaqueChannel<Mode, 0>(s, d, result);
-  guessOpaqueChannel<Mode, 1>(s, d, result);
-  guessOpaqueChannel<Mode, 2>(s, d, result);
   guessOpaqueChannel<Mode, 3>(s, d, result);
+  guessOpaqueChannel<Mode, 2>(s, d, result);
+  guessOpaqueChannel<Mode, 1>(s, d, result);
+  if constexpr (First == 0) guessOpaqueChannel<Mode, 0>(s, d, result);
   return result;
 }
 
