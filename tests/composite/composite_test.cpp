@@ -20,8 +20,23 @@ constexpr int kCases = 1500;
 constexpr int kCases = 10000;
 #endif
 
-enum class Kind { gray, rgb, argb, rgbaLast, paddedARGB, platformARGB, platformGray };
-constexpr int kKinds = 7;
+enum class Kind {
+  gray,
+  rgb,
+  argb,
+  rgbaLast,
+  paddedARGB,
+  platformARGB,
+  platformGray,
+  paddedGray,
+  skipLast,
+  straightARGB,
+  deviceARGB,
+  deviceRGB,
+  cmyk,
+  platformCMYK
+};
+constexpr int kKinds = 14;
 
 class Random {
  public:
@@ -58,21 +73,24 @@ Bytes anyBytes(Random &random, size_t count) {
   return bytes;
 }
 
-cf::Ref<DRAVCFImageRef> makeImage(Random &random, Kind kind, size_t width, size_t height) {
+cf::Ref<DRAVCFImageRef> makeImage(Random &random, Kind kind, size_t width, size_t height,
+                                  CFAllocatorRef allocator = nullptr) {
   const size_t count = width * height;
   const cf::Ref display = displaySpace();
+  const cf::Ref cmykSpace = cf::adopt(CGColorSpaceCreateDeviceCMYK());
   switch (kind) {
     case Kind::gray:
-      return makeGrayImage(width, height, anyBytes(random, count));
+      return makeGrayImage(width, height, anyBytes(random, count), allocator);
     case Kind::rgb:
       return makeBufferImage(width, height, 32, display.get(), kCGImageAlphaNoneSkipFirst,
-                             anyBytes(random, 4 * count));
+                             anyBytes(random, 4 * count), allocator);
     case Kind::argb:
-      return makeARGBImage(width, height, premultipliedPixels(random, count));
+      return makeARGBImage(width, height, premultipliedPixels(random, count), allocator);
     case Kind::rgbaLast: {
       Bytes pixels = premultipliedPixels(random, count);
       for (size_t i = 0; i < count; ++i) std::rotate(&pixels[4 * i], &pixels[4 * i + 1], &pixels[4 * i] + 4);
-      return makeBufferImage(width, height, 32, display.get(), kCGImageAlphaPremultipliedLast, pixels);
+      return makeBufferImage(width, height, 32, display.get(), kCGImageAlphaPremultipliedLast, pixels,
+                             allocator);
     }
     case Kind::paddedARGB: {
       const size_t row = 4 * width + 12;
@@ -81,20 +99,45 @@ cf::Ref<DRAVCFImageRef> makeImage(Random &random, Kind kind, size_t width, size_
         const Bytes pixels = premultipliedPixels(random, width);
         std::copy(pixels.begin(), pixels.end(), padded.begin() + static_cast<long>(y * row));
       }
-      return cf::adopt(DRAVCFImageCreateWithBuffer(nullptr, padded.data(), width, height, 8, 32, row,
+      return cf::adopt(DRAVCFImageCreateWithBuffer(allocator, padded.data(), width, height, 8, 32, row,
                                                    display.get(), kCGImageAlphaPremultipliedFirst));
     }
     case Kind::platformARGB: {
       const cf::Ref cgImage =
           makeCGImage({width, height, 8, 32, 4 * width, display.get(), kCGImageAlphaPremultipliedFirst},
                       premultipliedPixels(random, count));
-      return cf::adopt(DRAVCFImageCreateWithImage(nullptr, cgImage.get()));
+      return cf::adopt(DRAVCFImageCreateWithImage(allocator, cgImage.get()));
     }
     case Kind::platformGray: {
       const cf::Ref space = graySpace();
       const cf::Ref cgImage =
           makeCGImage({width, height, 8, 8, width, space.get(), kCGImageAlphaNone}, anyBytes(random, count));
-      return cf::adopt(DRAVCFImageCreateWithImage(nullptr, cgImage.get()));
+      return cf::adopt(DRAVCFImageCreateWithImage(allocator, cgImage.get()));
+    }
+    case Kind::paddedGray: {
+      const Bytes padded = anyBytes(random, (width + 5) * height);
+      return cf::adopt(DRAVCFImageCreateWithBuffer(allocator, padded.data(), width, height, 8, 8, width + 5,
+                                                   graySpace().get(), kCGImageAlphaNone));
+    }
+    case Kind::skipLast:
+      return makeBufferImage(width, height, 32, display.get(), kCGImageAlphaNoneSkipLast,
+                             anyBytes(random, 4 * count), allocator);
+    case Kind::straightARGB:
+      return makeBufferImage(width, height, 32, display.get(), kCGImageAlphaFirst,
+                             anyBytes(random, 4 * count), allocator);
+    case Kind::deviceARGB:
+      return makeBufferImage(width, height, 32, deviceRGBSpace().get(), kCGImageAlphaPremultipliedFirst,
+                             premultipliedPixels(random, count), allocator);
+    case Kind::deviceRGB:
+      return makeBufferImage(width, height, 32, deviceRGBSpace().get(), kCGImageAlphaNoneSkipFirst,
+                             anyBytes(random, 4 * count), allocator);
+    case Kind::cmyk:
+      return makeBufferImage(width, height, 32, cmykSpace.get(), kCGImageAlphaNone,
+                             anyBytes(random, 4 * count), allocator);
+    case Kind::platformCMYK: {
+      const cf::Ref cgImage = makeCGImage(
+          {width, height, 8, 32, 4 * width, cmykSpace.get(), kCGImageAlphaNone}, anyBytes(random, 4 * count));
+      return cf::adopt(DRAVCFImageCreateWithImage(allocator, cgImage.get()));
     }
   }
   return nullptr;
@@ -558,24 +601,25 @@ TEST(CompositeAllocation, FailingAnywhereLeavesTheSourceAndAWholeDestination) {
   }
 }
 
-TEST(CompositeAllocation, FailingToPromoteADestinationOfMoreComponentsKeepsTheSource) {
-  const cf::Ref cmyk = cf::adopt(CGColorSpaceCreateDeviceCMYK());
-  const cf::Ref cgImage = makeCGImage({1, 1, 8, 32, 4, cmyk.get(), kCGImageAlphaNone}, {1, 2, 3, 4});
-  ASSERT_TRUE(cgImage);
-  for (uint32_t operation = 0; operation < 2; ++operation) {
+// What each would do to its source on the way is foreseen, and must be so where memory runs out, too.
+TEST(CompositeAllocation, FailingAnywhereLeavesTheSourceOfEveryPairOfLayouts) {
+  for (int pair = 0; pair < kKinds * kKinds; ++pair) {
+    const auto from = static_cast<Kind>(pair / kKinds), to = static_cast<Kind>(pair % kKinds);
     testing_support::forEachFailedAllocation([&](CFAllocatorRef allocator, long) {
-      const cf::Ref destination = cf::adopt(DRAVCFImageCreateWithImage(allocator, cgImage.get()));
-      if (!destination) return;
-      const cf::Ref source =
-          makeBufferImage(1, 1, 32, displaySpace().get(), kCGImageAlphaNoneSkipFirst, {7, 10, 20, 30});
-      const CGRect one = CGRectMake(0, 0, 1, 1);
-      if (operation == 0)
-        DRAVCFImageComposite(source.get(), destination.get(), &one, &one, 1, kDRAVCFBlendModeCopySrc);
-      else
-        DRAVCFImageTile(source.get(), destination.get(), one, one, kDRAVCFBlendModeCopySrc, 2);
-      EXPECT_EQ(bufferOf(source.get()), (Bytes{7, 10, 20, 30}));
-      EXPECT_EQ(source->alphaInfo, kCGImageAlphaNoneSkipFirst);
+      Random random(static_cast<unsigned>(pair));
+      const cf::Ref source = makeImage(random, from, 3, 2, allocator),
+                    destination = makeImage(random, to, 3, 3, allocator);
+      if (!source || !destination) return;
+      const Bytes before = bufferOf(source.get());
+      CGImageRef shown = source->cgImage;
+      const CGRect rect = CGRectMake(0, 0, 2, 2);
+      DRAVCFImageComposite(source.get(), destination.get(), &rect, nullptr, 1, kDRAVCFBlendModeSrcOver);
+      DRAVCFImageTile(source.get(), destination.get(), rect, CGRectMake(0, 0, 3, 3), kDRAVCFBlendModePlus, 2);
+      EXPECT_EQ(bufferOf(source.get()), before);
+      EXPECT_EQ(source->cgImage, shown);
+      EXPECT_TRUE(!destination->buffer || drav::bufferIsWhole(destination.get()));
     });
+    if (HasFailure()) FAIL() << "layout " << pair / kKinds << " onto " << pair % kKinds;
   }
 }
 
