@@ -65,6 +65,13 @@ TEST(Tile, TheFirstOneIsPlacedByWholePixelsAndTheNextByTheirSteps) {
   EXPECT_EQ(bufferOf(destination.get()), expected);
 }
 
+TEST(Tile, ANegativeSizeLiesBeforeItsPlace) {
+  const cf::Ref source = makeGrayImage(2, 1, {8, 9}), destination = makeGrayImage(4, 1, {1, 2, 3, 4});
+  DRAVCFImageTile(source.get(), destination.get(), CGRectMake(2, 1, -2, -1), CGRectMake(4, 1, 2, 1),
+                  kDRAVCFBlendModeCopySrc, 2);
+  EXPECT_EQ(bufferOf(destination.get()), (Bytes{1, 2, 8, 9}));
+}
+
 TEST(Tile, OfAnImageWithItselfReadsWhatTheTilesBeforeDrew) {
   const cf::Ref image = makeGrayImage(6, 1, {1, 2, 3, 4, 5, 6});
   DRAVCFImageTile(image.get(), image.get(), CGRectMake(0, 0, 2, 1), CGRectMake(1, 0, 4, 1),
