@@ -70,6 +70,7 @@ class LoadingWithoutMemory : public testing::TestWithParam<LoaderConstructors> {
 TEST_P(LoadingWithoutMemory, FromDataGivesNoneOrTheWholePicture) {
   const cf::Ref data = dataOf(GetParam().goodBytes());
   expectNoneOrWhole([&](CFAllocatorRef allocator) { return GetParam().fromData(allocator, data.get()); });
+  EXPECT_EQ(CFGetRetainCount(data.get()), 1);
 }
 
 TEST_P(LoadingWithoutMemory, FromPathAndURLGivesNoneOrTheWholePicture) {

@@ -115,6 +115,17 @@ TEST(EncodedCreation, AnImageIsFromTheAllocator) {
   EXPECT_EQ(CFGetAllocator(image.get()), allocator.get());
 }
 
+TEST(EncodedCreation, APathBecomesAURLFromTheAllocator) {
+  const TemporaryFolder folder;
+  writeFile(folder.file("a.png"), pngBytes());
+  const cf::Ref url = urlOf(folder.file("a.png"));
+  const cf::Ref path = string(folder.file("a.png"));
+  const testing_support::FailingAllocator forURL, forPath;
+  EXPECT_TRUE(cf::adopt(DRAVCFImageCreateWithURL(forURL.get(), url.get())));
+  EXPECT_TRUE(cf::adopt(DRAVCFImageCreateWithPath(forPath.get(), path.get())));
+  EXPECT_GT(forPath.requests(), forURL.requests());
+}
+
 TEST(EncodedCreation, PNGDataOfAnImageThatHoldsNothingIsNone) {
   const cf::Ref image = cf::adopt(DRAVCFImageCreate(nullptr));
   EXPECT_EQ(DRAVCFImageCopyPNGData(nullptr, image.get()), nullptr);

@@ -1,6 +1,8 @@
 // Loading through importers that say what no file can be made to say.
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+
 #include "core/foreign_profile.h"
 #include "fake_importer.h"
 #include "files.h"
@@ -334,6 +336,47 @@ TEST(LoaderImporter, AFileThatCannotBeOpenedReachesTheImporterAsNoData) {
   importer.data = {9};
   EXPECT_TRUE(cf::adopt(DRAVCFCreatePCTImageLoaderFromPath(nullptr, CFSTR("/nowhere/at all"))));
   EXPECT_EQ(importer.data, Bytes{});
+}
+
+// An allocator that has no block as long as that.
+cf::Ref<CFAllocatorRef> allocatorOfBlocksBelow(CFIndex size) {
+  static CFIndex tooLong;
+  tooLong = size;
+  CFAllocatorContext context{};
+  context.allocate = [](CFIndex bytes, CFOptionFlags, void *) {
+    return bytes < tooLong ? std::malloc(static_cast<size_t>(bytes)) : nullptr;
+  };
+  context.reallocate = [](void *block, CFIndex bytes, CFOptionFlags, void *) {
+    return bytes < tooLong ? std::realloc(block, static_cast<size_t>(bytes)) : nullptr;
+  };
+  context.deallocate = [](void *block, void *) { std::free(block); };
+  return cf::adopt(CFAllocatorCreate(nullptr, &context));
+}
+
+TEST(LoaderImporter, AFileThatOutgrowsTheMemoryIsNotHandedOnInPart) {
+  const TemporaryFolder folder;
+  writeFile(folder.file("a"), Bytes(900000, 9));  // more than is read at a time
+  const cf::Ref url = urlOf(folder.file("a"));
+  const cf::Ref allocator = allocatorOfBlocksBelow(800000);
+  const FakeImporter pict(kPICT), pct(kPCT);
+  EXPECT_EQ(DRAVCFCreatePCTImageLoaderFromURL(allocator.get(), url.get()), nullptr);
+  EXPECT_EQ(DRAVCFCreatePICTImageLoaderFromURL(allocator.get(), url.get()), nullptr);
+  EXPECT_EQ(DRAVCFCreatePICTImageLoaderFromData(allocator.get(), dataOf(Bytes(900000, 9)).get()), nullptr);
+  EXPECT_EQ(pict.opened + pct.opened, 0);
+}
+
+TEST(LoaderImporter, AFileAsLongAsTheLimitIsReadAndALongerOneIsNot) {
+  const TemporaryFolder folder;
+  const cf::Ref url = urlOf(folder.file("a"));
+  const FakeImporter importer(kPCT);
+  CGImageDecodeLimits small = CGImageGetDefaultDecodeLimits();
+  small.memoryBytes = 1000;
+  CGImageSetDecodeLimits(&small);
+  writeFile(folder.file("a"), Bytes(1000, 9));
+  EXPECT_TRUE(cf::adopt(DRAVCFCreatePCTImageLoaderFromURL(nullptr, url.get())));
+  writeFile(folder.file("a"), Bytes(1001, 9));
+  EXPECT_FALSE(cf::adopt(DRAVCFCreatePCTImageLoaderFromURL(nullptr, url.get())));
+  CGImageSetDecodeLimits(nullptr);
 }
 
 TEST(LoaderImporter, AnEndlessFileGivesNone) {

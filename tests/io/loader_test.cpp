@@ -97,6 +97,39 @@ TEST(Loader, OfDirectFormatsKeepsThePlatformsLayout) {
   ASSERT_TRUE(loader);
   EXPECT_EQ(CGImageGetAlphaInfo(loader->cgImage), kCGImageAlphaNoneSkipFirst);
   EXPECT_TRUE(CFEqual(CGImageGetColorSpace(loader->cgImage), displaySpace().get()));
+  EXPECT_EQ(CGImageGetDecode(loader->cgImage), nullptr);
+  EXPECT_TRUE(CGImageGetShouldInterpolate(loader->cgImage));
+  EXPECT_EQ(CGImageGetRenderingIntent(loader->cgImage), kCGRenderingIntentDefault);
+  EXPECT_EQ(loader->buffer, nullptr);
+  EXPECT_EQ(loader->bufferSize, 0u) << "the fields of the buffer are for importers";
+}
+
+TEST(Loader, ItsClassHasTheCallbacksItNeedsAndNoOther) {
+  const cf::Ref loader = cf::adopt(DRAVCFImageLoaderCreate(nullptr));
+  EXPECT_EQ(CFGetTypeID(loader.get()), DRAVCFImageLoaderGetTypeID());
+  const CFRuntimeClass *record = _CFRuntimeGetClassWithTypeID(DRAVCFImageLoaderGetTypeID());
+  ASSERT_NE(record, nullptr);
+  EXPECT_EQ(record->version, 0);
+  EXPECT_STREQ(record->className, "DRAVCFImageLoader");
+  EXPECT_NE(record->init, nullptr);
+  EXPECT_EQ(record->copy, nullptr);
+  EXPECT_NE(record->finalize, nullptr);
+  EXPECT_EQ(record->equal, nullptr);
+  EXPECT_EQ(record->hash, nullptr);
+  EXPECT_EQ(record->copyFormattingDesc, nullptr);
+  EXPECT_NE(record->copyDebugDesc, nullptr);
+}
+
+TEST(Loader, StartsWithNothing) {
+  const cf::Ref loader = cf::adopt(DRAVCFImageLoaderCreate(nullptr));
+  EXPECT_EQ(DRAVCFImageLoaderCopyImage(loader.get()), nullptr);
+  EXPECT_EQ(loader->importer, nullptr);
+  EXPECT_EQ(loader->width | loader->height | loader->bitsPerComponent | loader->bitsPerPixel, 0u);
+  EXPECT_EQ(loader->bytesPerRow | loader->bufferSize | loader->pixelFormat, 0u);
+  EXPECT_EQ(loader->alphaInfo, kCGImageAlphaNone);
+  EXPECT_EQ(loader->colorSpace, nullptr);
+  EXPECT_EQ(loader->buffer, nullptr);
+  EXPECT_EQ(loader->profile, nullptr);
 }
 
 TEST(Loader, DescribesItselfAsItsImage) {
@@ -104,8 +137,11 @@ TEST(Loader, DescribesItselfAsItsImage) {
   const cf::Ref loader = cf::adopt(DRAVCFCreatePNGImageLoaderFromData(nullptr, data.get()));
   const cf::Ref expected = cf::adopt(CFCopyDescription(loader->cgImage));
   EXPECT_EQ(text(cf::adopt(CFCopyDescription(loader.get())).get()), text(expected.get()));
-  const cf::Ref empty = cf::adopt(DRAVCFImageLoaderCreate(nullptr));
-  EXPECT_EQ(text(cf::adopt(CFCopyDescription(empty.get())).get()), "(NULL)");
+  const testing_support::FailingAllocator allocator;
+  const cf::Ref empty = cf::adopt(DRAVCFImageLoaderCreate(allocator.get()));
+  const cf::Ref none = cf::adopt(CFCopyDescription(empty.get()));
+  EXPECT_EQ(text(none.get()), "(NULL)");
+  EXPECT_EQ(CFGetAllocator(none.get()), allocator.get());
 }
 
 TEST(Loader, OfTruncatedDataIsNoneAtEveryLengthAndPrintsNothing) {

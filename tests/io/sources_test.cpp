@@ -7,6 +7,7 @@
 #include <thread>
 
 #include "constructors.h"
+#include "failing_allocator.h"
 #include "io/loader.h"
 
 namespace {
@@ -65,6 +66,18 @@ TEST_F(Sources, LoadersAreFromTheAllocator) {
       ASSERT_TRUE(loader) << loaders.name;
       EXPECT_EQ(CFGetAllocator(loader.get()), allocator) << loaders.name;
     }
+  }
+}
+
+TEST_F(Sources, OfALoadersPathAreURLsFromTheDefaultAllocator) {
+  for (const LoaderConstructors &loaders : kLoaders) {
+    writeFile(folder.file("a"), loaders.goodBytes());
+    const cf::Ref path = string(folder.file("a"));
+    const cf::Ref url = urlOf(folder.file("a"));
+    const testing_support::FailingAllocator forURL, forPath;
+    EXPECT_TRUE(cf::adopt(loaders.fromURL(forURL.get(), url.get())));
+    EXPECT_TRUE(cf::adopt(loaders.fromPath(forPath.get(), path.get())));
+    EXPECT_EQ(forPath.requests(), forURL.requests()) << loaders.name;
   }
 }
 
