@@ -114,4 +114,18 @@ TEST(Components, NullIsAnErrorAndNotACrash) {
   EXPECT_EQ(UnregisterComponentTable(&table), cantFindHandler);
 }
 
+TEST(Components, OneIsTakenOutAndTheOthersStay) {
+  const ComponentTable first = countingImporter();
+  ComponentTable second = countingImporter();
+  second.subType = MEDIA_CODE('t', 'w', 'o', ' ');
+  ASSERT_EQ(RegisterComponentTable(&first), noErr);
+  const Registered stays(second);
+  EXPECT_EQ(UnregisterComponentTable(&first), noErr);
+  EXPECT_EQ(UnregisterComponentTable(&first), cantFindHandler);
+  ComponentInstance instance = nullptr;
+  EXPECT_EQ(OpenADefaultComponent(GraphicsImporterComponentType, kTestFormat, &instance), cantFindHandler);
+  ASSERT_EQ(OpenADefaultComponent(GraphicsImporterComponentType, second.subType, &instance), noErr);
+  CloseComponent(instance);
+}
+
 }  // namespace

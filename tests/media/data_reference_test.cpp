@@ -161,4 +161,64 @@ TEST(DataReference, ARegisteredImporterMayClaimTheBytes) {
   UnregisterComponentTable(&table);
 }
 
+// As the one above, but it takes no data.
+TEST(DataReference, AnImporterThatRefusesTheDataIsClosedAgain) {
+  static int open = 0;
+  ComponentTable table{};
+  table.type = GraphicsImporterComponentType;
+  table.subType = MEDIA_CODE('m', 'i', 'n', 'e');
+  table.validate = [](const ComponentTable *, const uint8_t *, size_t) { return 1000; };
+  table.open = [](const ComponentTable *, void **) -> OSErr { return ++open, noErr; };
+  table.close = [](void *) { --open; };
+  table.setData = [](void *, const uint8_t *, size_t) -> ComponentResult { return codecErr; };
+  ASSERT_EQ(RegisterComponentTable(&table), noErr);
+  const TemporaryFile file("refused.png", tinyPng());
+  GraphicsImportComponent importer = nullptr;
+  EXPECT_EQ(openPath(file.path.string(), &importer), codecErr);
+  EXPECT_EQ(importer, nullptr);
+  EXPECT_EQ(open, 0);
+  table.open = [](const ComponentTable *, void **) -> OSErr { return memFullErr; };
+  EXPECT_EQ(openPath(file.path.string(), &importer), memFullErr);
+  EXPECT_EQ(importer, nullptr);
+  UnregisterComponentTable(&table);
+}
+
+TEST(DataReference, FlagsAndStylesOfOtherSystemsAreErrors) {
+  const auto path = stringOf("/a");
+  const auto url = cf::adopt(CFURLCreateWithFileSystemPath(nullptr, path.get(), kCFURLPOSIXPathStyle, false));
+  Handle reference = nullptr;
+  OSType type = 0;
+  GraphicsImportComponent importer = nullptr;
+  EXPECT_EQ(QTNewDataReferenceFromFullPathCFString(path.get(), 1, 0, &reference, &type), paramErr);
+  EXPECT_EQ(QTNewDataReferenceFromFullPathCFString(path.get(), 0, 1, &reference, &type), paramErr);
+  EXPECT_EQ(QTNewDataReferenceFromFullPathCFString(path.get(), 0, 0, nullptr, &type), paramErr);
+  EXPECT_EQ(QTNewDataReferenceFromFullPathCFString(path.get(), 0, 0, &reference, nullptr), paramErr);
+  EXPECT_EQ(QTNewDataReferenceFromCFURL(url.get(), 1, &reference, &type), paramErr);
+  EXPECT_EQ(QTNewDataReferenceFromCFURL(url.get(), 0, nullptr, &type), paramErr);
+  EXPECT_EQ(reference, nullptr);
+  ASSERT_EQ(QTNewDataReferenceFromCFURL(url.get(), 0, &reference, &type), noErr);
+  EXPECT_EQ(GetGraphicsImporterForDataRefWithFlags(reference, type, &importer, 1), paramErr);
+  EXPECT_EQ(GetGraphicsImporterForDataRefWithFlags(reference, type, nullptr, 0), paramErr);
+  DisposeHandle(reference);
+}
+
+// The path of a file ends with its one zero byte.
+TEST(DataReference, APathThatIsCutOffOrHasNoEndIsAnError) {
+  const TemporaryFile file("ends.png", tinyPng());
+  const auto path = stringOf(file.path.string());
+  Handle good = nullptr;
+  OSType type = 0;
+  ASSERT_EQ(QTNewDataReferenceFromFullPathCFString(path.get(), kQTPOSIXPathStyle, 0, &good, &type), noErr);
+  GraphicsImportComponent importer = nullptr;
+  for (const Size size : {Size{0}, Size{1}, GetHandleSize(good) - 1, GetHandleSize(good) + 1}) {
+    Handle bad = nullptr;
+    ASSERT_EQ(PtrToHand(*good, &bad, GetHandleSize(good)), noErr);
+    SetHandleSize(bad, size);
+    EXPECT_EQ(GetGraphicsImporterForDataRefWithFlags(bad, type, &importer, 0), paramErr) << size;
+    EXPECT_EQ(importer, nullptr);
+    DisposeHandle(bad);
+  }
+  DisposeHandle(good);
+}
+
 }  // namespace

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "failing_new.h"
 #include "graphics/image.h"
 #include "image_support.h"
 #include "jpeg_maker.h"
@@ -206,7 +207,71 @@ TEST(GraphicsExport, MissingArgumentsAreErrors) {
   EXPECT_EQ(GraphicsExportSetOutputHandle(exporter, nullptr), nilHandleErr);
   EXPECT_EQ(GraphicsExportDoExport(nullptr, nullptr), badComponentInstance);
   EXPECT_EQ(GraphicsExportSetInputCGImage(nullptr, nullptr), badComponentInstance);
+  Handle output = NewHandle(0);
+  EXPECT_EQ(GraphicsExportSetOutputHandle(exporter, output), noErr);
+  EXPECT_EQ(GraphicsExportDoExport(exporter, nullptr), paramErr) << "there is no image yet";
   CloseComponent(exporter);
+  DisposeHandle(output);
+}
+
+TEST(GraphicsExport, AComponentThatCannotEncodeRefuses) {
+  ComponentTable table{};
+  table.type = GraphicsExporterComponentType;
+  table.subType = MEDIA_CODE('t', 'e', 's', 't');
+  ASSERT_EQ(RegisterComponentTable(&table), noErr);
+  GraphicsExportComponent exporter = nullptr;
+  ASSERT_EQ(OpenADefaultComponent(GraphicsExporterComponentType, table.subType, &exporter), noErr);
+  EXPECT_EQ(GraphicsExportDoExport(exporter, nullptr), badComponentSelector);
+  CloseComponent(exporter);
+  EXPECT_EQ(UnregisterComponentTable(&table), noErr);
+}
+
+TEST(GraphicsExport, TheImageIsKeptUntilTheExporterIsClosed) {
+  const auto space = cf::adopt(CGColorSpaceCreateDeviceGray());
+  const auto image = imageOf(1, 1, 1, space.get(), kCGImageAlphaNone, {9});
+  GraphicsExportComponent exporter = nullptr;
+  ASSERT_EQ(OpenADefaultComponent(GraphicsExporterComponentType, kPng, &exporter), noErr);
+  EXPECT_EQ(GraphicsExportSetInputCGImage(exporter, image.get()), noErr);
+  EXPECT_EQ(CFGetRetainCount(image.get()), 2);
+  CloseComponent(exporter);
+  EXPECT_EQ(CFGetRetainCount(image.get()), 1);
+}
+
+// Colours above their alpha make no sense; nothing is brighter than the paper.
+TEST(GraphicsExport, InvalidColoursOverWhiteAreWhite) {
+  const auto space = cf::adopt(CGColorSpaceCreateDeviceRGB());
+  std::vector<uint8_t> argb;
+  for (int i = 0; i < 64; ++i) argb.insert(argb.end(), {0, 200, 200, 200});
+  const auto image = imageOf(8, 8, 4, space.get(), kCGImageAlphaPremultipliedFirst, argb);
+  const auto rgb = readJpeg(exportAs(kJpeg, image.get()), JCS_RGB);
+  EXPECT_NEAR(rgb[0], 255, 2);
+}
+
+TEST(GraphicsExport, MemoryThatRunsOutFailsTheExportAndLeavesAnEmptyHandle) {
+  const auto space = cf::adopt(CGColorSpaceCreateDeviceRGB());
+  const auto image = imageOf(2, 1, 4, space.get(), kCGImageAlphaFirst, {1, 2, 3, 4, 255, 6, 7, 8});
+  ASSERT_TRUE(image);
+  for (const OSType type : {kPng, kPict}) {
+    bool failed = true;
+    for (long request = 1; failed; ++request) {
+      ASSERT_LT(request, 1000);
+      GraphicsExportComponent exporter = nullptr;
+      ASSERT_EQ(OpenADefaultComponent(GraphicsExporterComponentType, type, &exporter), noErr);
+      Handle output = NewHandle(0);
+      GraphicsExportSetInputCGImage(exporter, image.get());
+      GraphicsExportSetOutputHandle(exporter, output);
+      const ComponentResult result = [&] {
+        const testing_support::FailingNew failing(request);
+        const ComponentResult answer = GraphicsExportDoExport(exporter, nullptr);
+        failed = failing.failed();
+        return answer;
+      }();
+      EXPECT_EQ(result != noErr, failed) << request;
+      EXPECT_EQ(GetHandleSize(output) == 0, failed) << request;
+      CloseComponent(exporter);
+      DisposeHandle(output);
+    }
+  }
 }
 
 }  // namespace

@@ -106,4 +106,43 @@ TEST(GraphicsImport, NullIsAnErrorAndNotACrash) {
   EXPECT_EQ(GraphicsImportSetDataHandle(importer.instance, nullptr), nilHandleErr);
 }
 
+TEST(GraphicsImport, NewDataReplacesTheOld) {
+  OpenImporter importer(kPng, makePng({.width = 1, .height = 1, .samples = {200, 100, 50}}));
+  EXPECT_EQ(importer.describe().width, 1);
+  const auto other = makePng({.width = 2, .height = 1, .samples = {1, 2, 3, 4, 5, 6}});
+  Handle data = nullptr;
+  ASSERT_EQ(PtrToHand(other.data(), &data, static_cast<Size>(other.size())), noErr);
+  EXPECT_EQ(GraphicsImportSetDataHandle(importer.instance, data), noErr);
+  EXPECT_EQ(importer.describe().width, 2);
+  EXPECT_EQ(importer.draw(), (std::vector<uint8_t>{255, 1, 2, 3, 255, 4, 5, 6}));
+  DisposeHandle(data);
+}
+
+TEST(GraphicsImport, AResolutionThatNoNumberHoldsCountsAsNone) {
+  PngRecipe recipe{.width = 1, .height = 1, .samples = {1, 2, 3}};
+  recipe.dotsPerMetre = 2'000'000'000;
+  EXPECT_EQ(OpenImporter(kPng, makePng(recipe)).describe().hRes, 0);
+  recipe.dotsPerMetre = 1'000'000;
+  EXPECT_NEAR(OpenImporter(kPng, makePng(recipe)).describe().hRes / 65536.0, 25400, 1);
+}
+
+// A description that fails hands out no handle, whatever the component filled in before.
+TEST(GraphicsImport, ADescriptionThatFailsIsNone) {
+  ComponentTable table{};
+  table.type = GraphicsImporterComponentType;
+  table.subType = MEDIA_CODE('t', 'e', 's', 't');
+  table.getDescription = [](void *, ImageDescription *description) -> ComponentResult {
+    description->width = 5;
+    return codecErr;
+  };
+  ASSERT_EQ(RegisterComponentTable(&table), noErr);
+  GraphicsImportComponent importer = nullptr;
+  ASSERT_EQ(OpenADefaultComponent(GraphicsImporterComponentType, table.subType, &importer), noErr);
+  ImageDescriptionHandle description = nullptr;
+  EXPECT_EQ(GraphicsImportGetImageDescription(importer, &description), codecErr);
+  EXPECT_EQ(description, nullptr);
+  CloseComponent(importer);
+  EXPECT_EQ(UnregisterComponentTable(&table), noErr);
+}
+
 }  // namespace

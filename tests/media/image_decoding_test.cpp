@@ -130,4 +130,15 @@ TEST(ImageDecoding, HoldsToTheLimitsThatAreSet) {
   EXPECT_TRUE(decodePng(png));
 }
 
+TEST(ImageDecoding, ImagesWithoutAProfileShareOneSpace) {
+  const auto file = makePng({.width = 1, .height = 1, .samples = {1, 2, 3}});
+  const auto decodeOne = [&] {
+    return cf::adopt(
+        CGImageCreateWithPNGDataProvider(providerOf(file).get(), nullptr, true, kCGRenderingIntentDefault));
+  };
+  const auto first = decodeOne(), second = decodeOne();
+  ASSERT_TRUE(first && second);
+  EXPECT_EQ(CGImageGetColorSpace(first.get()), CGImageGetColorSpace(second.get()));
+}
+
 }  // namespace

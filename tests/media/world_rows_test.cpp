@@ -74,4 +74,10 @@ TEST(WorldRows, WhatDoesNotFitIsCutOffAndTheRestStays) {
   EXPECT_EQ(drawn, (std::vector<uint8_t>{0, 0, 0xEE, 0, 0, 0xEE}));
 }
 
+TEST(WorldRows, AHalfOfAGreyIsRoundedUp) {
+  codecs::DecodedImage image = imageOf(PixelLayout::xrgb32, 1, 1);
+  std::copy_n(std::initializer_list<uint8_t>{255, 5, 0, 0}.begin(), 4, image.row(0));  // 1.50
+  EXPECT_EQ(draw(image, 40, AlphaStyle::straight, 1, 1), (std::vector<uint8_t>{2}));
+}
+
 }  // namespace
