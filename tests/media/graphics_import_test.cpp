@@ -91,6 +91,8 @@ TEST(GraphicsImport, DrawingWithoutAWorldIsAnError) {
   OpenImporter importer(kPng, makePng({.width = 1, .height = 1, .samples = {1, 2, 3}}));
   EXPECT_EQ(GraphicsImportDraw(importer.instance), paramErr);
   EXPECT_EQ(GraphicsImportSetGWorld(importer.instance, nullptr, nullptr), paramErr);
+  OffscreenWorld world{};
+  EXPECT_EQ(GraphicsImportSetGWorld(importer.instance, &world, reinterpret_cast<GDHandle>(&world)), paramErr);
 }
 
 TEST(GraphicsImport, NullIsAnErrorAndNotACrash) {

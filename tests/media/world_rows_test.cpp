@@ -80,4 +80,11 @@ TEST(WorldRows, AHalfOfAGreyIsRoundedUp) {
   EXPECT_EQ(draw(image, 40, AlphaStyle::straight, 1, 1), (std::vector<uint8_t>{2}));
 }
 
+TEST(WorldRows, RowsBelowTheImageStay) {
+  codecs::DecodedImage image = imageOf(PixelLayout::grey8, 2, 1);
+  image.row(0)[0] = image.row(0)[1] = 9;
+  EXPECT_EQ(draw(image, 40, AlphaStyle::straight, 2, 3),
+            (std::vector<uint8_t>{9, 9, 0xEE, 0xEE, 0xEE, 0xEE}));
+}
+
 }  // namespace

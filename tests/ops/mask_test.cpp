@@ -4,6 +4,7 @@
 
 #include "core/images.h"
 #include "failing_allocator.h"
+#include "failing_new.h"
 
 namespace {
 
@@ -145,6 +146,36 @@ TEST(Mask, FailingAnywhereOfAGreyImageGivesNothingOrTheWholeResult) {
 TEST(Mask, OfImagesThatHoldNothingGivesNothing) {
   const cf::Ref empty = cf::adopt(DRAVCFImageCreate(nullptr));
   EXPECT_EQ(DRAVCFImageCreateWithImageAndMask(nullptr, empty.get(), empty.get(), 0), nullptr);
+}
+
+TEST(Mask, WithoutMemoryForDrawingGivesNothingOrTheWholeResult) {
+  const cf::Ref image = makeGrayImage(1, 1, {9});
+  const cf::Ref mask = rgbImage(1, 1, {0, 255, 255, 255});
+  bool failed = true;
+  for (long request = 1; failed; ++request) {
+    ASSERT_LT(request, 1000);
+    const cf::Ref result = [&] {
+      const testing_support::FailingNew failing(request);
+      cf::Ref made = cf::adopt(DRAVCFImageCreateWithImageAndMask(nullptr, image.get(), mask.get(), 0));
+      failed = failing.failed();
+      return made;
+    }();
+    EXPECT_TRUE(result || failed) << request;
+    if (result) {
+      EXPECT_EQ(bufferOf(result.get()), (Bytes{255, 9, 9, 9})) << request;
+    }
+  }
+}
+
+TEST(Mask, LeavesABufferAlone) {
+  const cf::Ref image = rgbImage(1, 1, {5, 9, 8, 7});
+  const cf::Ref mask = makeGrayImage(1, 1, {6});
+  const cf::Ref result = cf::adopt(DRAVCFImageCreateWithImageAndMask(nullptr, image.get(), mask.get(), 2));
+  ASSERT_TRUE(result);
+  EXPECT_EQ(result->cgImage, nullptr);
+  EXPECT_EQ(result->alphaInfo, kCGImageAlphaPremultipliedFirst);
+  EXPECT_EQ(result->bitsPerPixel, 32u);
+  EXPECT_EQ(bufferOf(result.get()), (Bytes{6, 9, 8, 7})) << "any number but 0 means premultiplied";
 }
 
 }  // namespace
