@@ -65,6 +65,38 @@ test_another_program_reads_what_is_written() {
   done
 }
 
+test_every_format_that_is_read_becomes_every_format_that_is_written() {
+  local from to
+  for from in $foreign; do
+    make_foreign "$from" "in.$from"
+    run convert "in.$from" -o direct.png
+    for to in tiff pict; do
+      run convert "in.$from" -o "there.$to"
+      expect_status 0
+      run convert "there.$to" -o back.png
+      expect_status 0
+      expect_same_pixels direct.png back.png
+    done
+    run convert "in.$from" -o there.jpg
+    expect_status 0
+    expect_equal "$("$magick/identify" -format '%m %wx%h' there.jpg)" "JPEG $("$magick/identify" -format '%wx%h' direct.png)"
+  done
+}
+
+test_files_of_all_formats_are_converted_in_one_call() {
+  local extension
+  for extension in $foreign; do make_foreign "$extension" "of-$extension.$extension"; done
+  run convert of-* --to pict -o pictures
+  expect_status 0
+  expect_equal "$(cat out)" "8 of 8 images converted"
+  for extension in $foreign; do expect_file "pictures/of-$extension.pict"; done
+  echo "no image" >of-nothing.webp
+  run info of-*
+  expect_status 1
+  expect_failure_line of-nothing.webp
+  expect_equal "$(grep -c '^  format ' out)" 8
+}
+
 test_alpha_and_the_colours_that_it_hides_survive_every_format_with_alpha() {
   # Alpha of one half and less over colours that a division by it would not find again.
   "$magick/convert" -size 64x4 gradient:red-blue -alpha set -channel A -evaluate set 1% +channel faint.png
