@@ -231,6 +231,19 @@ test_an_extension_of_no_format_that_is_written_is_misuse_and_lists_those_that_ar
   done
 }
 
+test_extensions_tell_the_format_in_any_case_of_letters() {
+  run convert "$pictures/moon.jpg" -o MOON.TIF
+  expect_status 0
+  expect_equal "$("$magick/identify" -format %m MOON.TIF)" TIFF
+  run convert "$pictures/moon.jpg" -o Moon.Pct
+  expect_status 0
+  run info Moon.Pct
+  expect_contains out "format      PICT"
+  run convert "$pictures/moon.jpg" --to JFIF -o moon.png
+  expect_status 0
+  expect_equal "$("$magick/identify" -format %m jpeg:moon.png)" JPEG
+}
+
 test_an_image_of_any_format_may_replace_itself() {
   local extension
   for extension in jpg tiff pict; do
