@@ -5,9 +5,11 @@
 #include <set>
 #include <string>
 
+#include "failing_new.h"
 #include "foundation/ref.h"
 #include "media/components.h"
 #include "media/inspection.h"
+#include "picture_maker.h"
 #include "png_maker.h"
 
 namespace {
@@ -70,6 +72,27 @@ TEST(Formats, ImagesComeFromFilesOfAnyOfThemWithColoursBesideAlpha) {
   const cf::Ref bytes = cf::adopt(CGDataProviderCopyData(CGImageGetDataProvider(image.get())));
   EXPECT_EQ(std::vector(CFDataGetBytePtr(bytes.get()), CFDataGetBytePtr(bytes.get()) + 4),
             (std::vector<uint8_t>{3, 200, 100, 50}));
+}
+
+TEST(Formats, MemoryThatRunsOutAnywhereGivesNoImageAndSaysSo) {
+  codecs::pict::PictureMaker picture(0, 0, 20, 30);
+  picture.header(-2, 72, 0, 0, 20, 30);
+  picture.op(0x0051).box(0, 0, 20, 30);
+  const auto file = picture.end();
+  long failures = 0;
+  for (long failAt = 1;; ++failAt) {
+    const testing_support::FailingNew failing(failAt);
+    const cf::Ref image = cf::adopt(CGImageCreateWithEncodedData(file.data(), file.size()));
+    const char *fault = CGImageGetLastDecodeFault();
+    if (!failing.failed()) {
+      EXPECT_TRUE(image);
+      break;
+    }
+    ++failures;
+    if (image) continue;
+    EXPECT_STREQ(fault, "out of memory") << "allocation " << failAt;
+  }
+  EXPECT_GT(failures, 0);
 }
 
 TEST(Formats, AFileThatIsNoImageGivesNoneAndAReason) {
