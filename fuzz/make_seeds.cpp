@@ -249,9 +249,9 @@ void saveTiffs(const std::filesystem::path &folder) {
     if (recipe.compression == COMPRESSION_JPEG) recipe.rowsPerStrip = 9;
     save(folder / (std::string(kind.name) + ".tif"), makeTiff(recipe));
   }
-  for (const uint16_t fax : {COMPRESSION_CCITTRLE, COMPRESSION_CCITTFAX3, COMPRESSION_CCITTFAX4}) {
+  for (const int fax : {COMPRESSION_CCITTRLE, COMPRESSION_CCITTFAX3, COMPRESSION_CCITTFAX4}) {
     TiffRecipe recipe = tiff(PHOTOMETRIC_MINISWHITE, 1, 1);
-    recipe.compression = fax;
+    recipe.compression = static_cast<uint16_t>(fax);
     save(folder / ("fax" + std::to_string(fax) + ".tif"), makeTiff(recipe));
   }
   TiffRecipe recipe = tiff(PHOTOMETRIC_PALETTE, 1, 4);

@@ -190,6 +190,13 @@ TEST(Bmp, ALastRowThatIsFullNeedsNoEnd) {
   EXPECT_EQ(decoded(withRuns(8, 2, 2, {2, 1})).fault, Fault::truncated);
 }
 
+TEST(Bmp, ThePaddingOfARowMayBePackedAlong) {
+  expectRuns(withRuns(8, 3, 2, {4, 1, 0, 0, 3, 2, 1, 9, 0, 1}), {"222", "111"});
+  EXPECT_EQ(decoded(withRuns(8, 3, 1, {5, 1, 0, 1})).fault, Fault::damaged);
+  EXPECT_EQ(decoded(withRuns(4, 3, 1, {8, 0x11, 0, 1})).fault, Fault::none);
+  EXPECT_EQ(decoded(withRuns(4, 3, 1, {9, 0x11, 0, 1})).fault, Fault::damaged);
+}
+
 TEST(Bmp, RunsThatLeaveTheirRowOrTheImageAreDamage) {
   EXPECT_EQ(decoded(withRuns(8, 4, 1, {5, 1, 0, 1})).fault, Fault::damaged);
   EXPECT_EQ(decoded(withRuns(8, 4, 1, {0, 5, 1, 2, 3, 4, 5, 0, 0, 1})).fault, Fault::damaged);

@@ -67,8 +67,8 @@ void readRows(const BmpHeader &header, DecodedImage &image) noexcept {
 // May throw std::bad_alloc.
 Fault readRuns(const BmpHeader &header, DecodedImage &image) {
   const bool direct = header.bits == 24;
-  std::vector<uint8_t> row(size_t{header.width} * (direct ? 3 : 1));
   BmpRuns runs(header.pixels, header.bits, header.width, header.height);
+  std::vector<uint8_t> row(runs.rowBytes());
   for (uint32_t y = 0; y < header.height; ++y) {
     if (const Fault fault = runs.nextRow(row.data()); fault != Fault::none) return fault;
     uint8_t *const out = rowOf(header, image, y);

@@ -17,10 +17,10 @@ uint8_t nibble(const uint8_t *bytes, size_t number) noexcept {
 
 // A row that is full needs no mark that ends it, and the last one no mark that ends the image.
 Fault BmpRuns::nextRow(uint8_t *row) noexcept {
-  std::memset(row, 0, unitBytes() * width_);
+  std::memset(row, 0, rowBytes());
   const uint32_t wanted = row_++;
   while (!ended_ && y_ == wanted) {
-    if (!has(2)) return x_ == width_ && wanted + 1 == height_ ? Fault::none : Fault::truncated;
+    if (!has(2)) return x_ >= width_ && wanted + 1 == height_ ? Fault::none : Fault::truncated;
     const uint8_t count = data_[at_++];
     const Fault fault = count == 0 ? readEscape(row) : readRun(count, row);
     if (fault != Fault::none) return fault;
@@ -30,7 +30,7 @@ Fault BmpRuns::nextRow(uint8_t *row) noexcept {
 
 Fault BmpRuns::readRun(uint8_t count, uint8_t *row) noexcept {
   if (!has(unitBytes())) return Fault::truncated;
-  if (count > width_ - x_) return Fault::damaged;
+  if (count > room_ - x_) return Fault::damaged;
   const uint8_t *const value = data_.data() + at_;
   at_ += unitBytes();
   uint8_t *const out = row + unitBytes() * x_;
@@ -66,7 +66,7 @@ Fault BmpRuns::skip() noexcept {
   if (!has(2)) return Fault::truncated;
   const uint32_t right = data_[at_], on = data_[at_ + 1];
   at_ += 2;
-  if (right > width_ - x_ || on >= height_ - y_) return Fault::damaged;
+  if (right > room_ - x_ || on >= height_ - y_) return Fault::damaged;
   x_ += right;
   y_ += on;
   return Fault::none;
@@ -76,7 +76,7 @@ Fault BmpRuns::skip() noexcept {
 Fault BmpRuns::readPixels(uint8_t count, uint8_t *row) noexcept {
   const size_t bytes = (size_t{count} * bits_ + 7) / 8;
   if (!has(bytes)) return Fault::truncated;
-  if (count > width_ - x_) return Fault::damaged;
+  if (count > room_ - x_) return Fault::damaged;
   const uint8_t *const values = data_.data() + at_;
   at_ += std::min(bytes + bytes % 2, data_.size() - at_);
   uint8_t *const out = row + unitBytes() * x_;
