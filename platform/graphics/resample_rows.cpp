@@ -198,11 +198,74 @@ HWY_INLINE void storeSums(TwoSums sums, uint8_t *out) {
 }
 #endif
 
+// Enlarging, the pairs of pixels of four outputs lie within the eight pixels that follow the first of them:
+// one load fetches what would take four.
+class EnlargingAcross {
+#if HWY_MAX_BYTES >= 64
+  using Pixels = hn::FixedTag<uint32_t, 8>;
+  using Words = hn::FixedTag<int16_t, 32>;
+
+  [[nodiscard]] HWY_INLINE hn::Vec<Pixels> pixelsFrom(size_t first) const {
+    return hn::BitCast(Pixels(), hn::LoadU(hn::FixedTag<uint8_t, 32>(), row_ + 4 * first));
+  }
+  // The places of both pixels of four outputs, counted from base.
+  [[nodiscard]] HWY_INLINE hn::Vec<Pixels> pairsAt(size_t i, uint32_t base) const {
+    const hn::FixedTag<uint64_t, 4> wide;
+    const hn::FixedTag<uint32_t, 4> narrow;
+    const auto first = hn::PromoteTo(wide, hn::LoadU(narrow, filter_.first + i));
+    const auto both = hn::Or(first, hn::ShiftLeft<32>(first));
+    const auto start = hn::Set(wide, (uint64_t{base} << 32 | base) - (uint64_t{1} << 32));
+    return hn::BitCast(Pixels(), hn::Sub(both, start));
+  }
+  // Samples of each two pixels beside each other.
+  static HWY_INLINE hn::Vec<Words> words(hn::Vec<Pixels> pixels) {
+    HWY_ALIGN static constexpr uint8_t kOrder[16] = {0, 1, 8, 9, 2, 3, 10, 11, 4, 5, 12, 13, 6, 7, 14, 15};
+    const hn::FixedTag<uint8_t, 64> bytes;
+    const auto wide = hn::PromoteTo(Words(), hn::BitCast(hn::FixedTag<uint8_t, 32>(), pixels));
+    return hn::BitCast(Words(),
+                       hn::TableLookupBytes(hn::BitCast(bytes, wide), hn::LoadDup128(bytes, kOrder)));
+  }
+#endif
+
+ public:
+  EnlargingAcross(const uint8_t *row, const RowFilter &filter) : row_(row), filter_(filter) {
+    if (filter.outputs == 0 || filter.taps != 2) return;
+    const uint32_t last = HWY_MAX(filter.first[0], filter.first[filter.outputs - 1]);
+    end_ = size_t{last} + filter.taps;
+  }
+
+  // How many outputs were made, from output i on: four or none.
+  HWY_INLINE size_t make(size_t i, int16_t *out) const {
+#if HWY_MAX_BYTES >= 64
+    if (i + 4 > filter_.outputs) return 0;
+    const uint32_t base = filter_.first[i];
+    // Where outputs run against the source the distance wraps, and is too far.
+    if (filter_.first[i + 3] - base > 6 || size_t{base} + 8 > end_) return 0;
+    const hn::FixedTag<int32_t, 16> sumsTag;
+    const auto pixels =
+        words(hn::TableLookupLanes(pixelsFrom(base), hn::IndicesFromVec(Pixels(), pairsAt(i, base))));
+    const auto weights = hn::BitCast(Words(), hn::LoadU(sumsTag, filter_.words + 4 * i));
+    const auto sums = hn::Add(pairSums(sumsTag, pixels, weights), hn::Set(sumsTag, 1 << (kFromBytes - 1)));
+    const hn::FixedTag<int16_t, 16> result;
+    hn::StoreU(hn::DemoteTo(result, hn::ShiftRight<kFromBytes>(sums)), result, out + 4 * i);
+    return 4;
+#else
+    static_cast<void>(i), static_cast<void>(out);
+    return 0;
+#endif
+  }
+
+ private:
+  const uint8_t *row_;
+  RowFilter filter_;
+  size_t end_ = 0;  // one past the last pixel that has a place in the filter
+};
+
+// From output i on, which is even.
 template <class Out, class In>
-void across(const In *row, const RowFilter &filter, Out *out) {
+void across(const In *row, const RowFilter &filter, size_t i, Out *out) {
   constexpr int kDrop =
       kWeightBits + (sizeof(In) == 2 ? kWordFraction : 0) - (sizeof(Out) == 2 ? kWordFraction : 0);
-  size_t i = 0;
 #if HWY_MAX_BYTES >= 32
   for (; i + 2 <= filter.outputs; i += 2)
     storeSums(Across<2>::template sumsAt<kDrop>(row, filter, i), out + 4 * i);
@@ -216,8 +279,13 @@ void downBytes(const uint8_t *const *rows, const ColumnFilter &filter, size_t co
 void downWords(const int16_t *const *rows, const ColumnFilter &filter, size_t count, uint8_t *out) {
   down(rows, filter, count, out);
 }
-void acrossBytes(const uint8_t *row, const RowFilter &filter, int16_t *out) { across(row, filter, out); }
-void acrossWords(const int16_t *row, const RowFilter &filter, uint8_t *out) { across(row, filter, out); }
+void acrossBytes(const uint8_t *row, const RowFilter &filter, int16_t *out) {
+  const EnlargingAcross enlarging(row, filter);
+  size_t i = 0;
+  while (const size_t made = enlarging.make(i, out)) i += made;
+  across(row, filter, i, out);
+}
+void acrossWords(const int16_t *row, const RowFilter &filter, uint8_t *out) { across(row, filter, 0, out); }
 #endif
 
 constinit const ResampleRows kRows{downBytes, downWords, acrossBytes, acrossWords};

@@ -2,10 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <vector>
 
 #include "buffer_reader.h"
 #include "graphics/resample_plain.h"
+#include "guarded_memory.h"
 
 namespace cg {
 namespace {
@@ -71,6 +73,33 @@ TEST(ResampleRows, EveryFormWeighsAlongARowAsPlainCodeDoes) {
           ASSERT_EQ(wordsGot, wordsExpected) << length << " to " << outputs;
           rows->acrossWords(between.data(), row, bytesGot.data());
           ASSERT_EQ(bytesGot, bytesExpected) << length << " to " << outputs;
+        }
+      }
+    }
+  }
+}
+
+// Enlarged, and mirrored too; the row lies between pages that may not be read.
+TEST(ResampleRows, EveryFormEnlargesInEitherDirectionFromItsRowAlone) {
+  using testing_support::GuardedMemory;
+  std::mt19937 random(3);
+  for (size_t length = 1; length <= 24; ++length) {
+    for (const size_t outputs : {length + 1, 2 * length, 3 * length - 1, 5 * length}) {
+      const double scale = static_cast<double>(outputs) / static_cast<double>(length);
+      for (const AxisMap map : {AxisMap{scale, 0}, AxisMap{-scale, static_cast<double>(outputs)}}) {
+        const AxisFilter filter = makeAxisFilter(FilterShape::triangle, map, length, 0, outputs);
+        const std::vector<int32_t> words = spread(makePairWeights(filter));
+        const RowFilter row{filter.first.data(), words.data(), outputs, filter.taps};
+        const auto pixels = test::randomPixels(random, length, 4);
+        std::vector<int16_t> expected(4 * outputs), got(4 * outputs);
+        acrossPlain<4>(pixels.data(), row, expected.data());
+        for (const auto edge : {GuardedMemory::Edge::first, GuardedMemory::Edge::last}) {
+          const GuardedMemory memory(pixels.size(), edge);
+          std::copy(pixels.begin(), pixels.end(), memory.data());
+          for (const ResampleRows *rows : allResampleRows()) {
+            rows->acrossBytes(memory.data(), row, got.data());
+            ASSERT_EQ(got, expected) << length << " to " << outputs << ", scale " << map.scale;
+          }
         }
       }
     }
