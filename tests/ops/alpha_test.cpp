@@ -2,6 +2,7 @@
 
 #include "core/images.h"
 #include "failing_allocator.h"
+#include "failing_new.h"
 
 namespace {
 
@@ -317,6 +318,31 @@ TEST(RemoveAlpha, WarnsOfOnePixelAmongMany) {
               "DRAVCFImageRemoveAlphaChannel - invalid unpremultiplication\n")
         << where;
   }
+}
+
+TEST(AlphaAllocation, OfDrawingGivesNothingOrTheWholeResult) {
+  const cf::Ref last =
+      makeBufferImage(1, 1, 32, displaySpace().get(), kCGImageAlphaPremultipliedLast, {64, 0, 128, 128});
+  const cf::Ref gray = makeGrayImage(2, 1, {1, 2});
+  int refusals = 0;
+  const auto check = [&](auto copyOf, DRAVCFImageRef image, const Bytes &expected) {
+    bool failed = true;
+    for (long n = 1; failed; ++n) {
+      cf::Ref<DRAVCFImageRef> copy;
+      {
+        const testing_support::FailingNew failing(n);
+        copy = cf::adopt(copyOf(nullptr, image));
+        failed = failing.failed();
+      }
+      refusals += !copy;
+      if (copy) {
+        EXPECT_EQ(bufferOf(copy.get()), expected) << n;
+      }
+    }
+  };
+  check(DRAVCFImageCopyOpaqueImage, last.get(), {1, 128, 0, 255});
+  check(DRAVCFImageCopyAlphaChannel, gray.get(), {255, 255});
+  EXPECT_GT(refusals, 0);
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include "composite/conversions.h"
 #include "core/images.h"
 #include "failing_allocator.h"
+#include "failing_new.h"
 
 namespace {
 
@@ -184,6 +185,21 @@ TEST(ConvertToGrayscale, FailingAnywhereKeepsThePlatformImage) {
       EXPECT_EQ(bufferOf(image.get()), Bytes{255}) << n;
     }
   });
+}
+
+TEST(ConvertToGrayscale, WithoutMemoryToDrawWithLeavesTheImage) {
+  bool failed = true;
+  for (long n = 1; failed; ++n) {
+    const cf::Ref image = makeARGBImage(3, 1, {255, 9, 9, 9, 255, 8, 8, 8, 255, 7, 7, 7});
+    const Bytes before = bufferOf(image.get());
+    ASSERT_NE(DRAVCFImageGetCGImage(image.get()), nullptr);
+    {
+      const testing_support::FailingNew failing(n);
+      DRAVCFImageConvertToGrayscale(image.get());
+      failed = failing.failed();
+    }
+    EXPECT_EQ(bufferOf(image.get()), failed ? before : (Bytes{9, 8, 7})) << n;
+  }
 }
 
 }  // namespace

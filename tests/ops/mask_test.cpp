@@ -178,4 +178,23 @@ TEST(Mask, LeavesABufferAlone) {
   EXPECT_EQ(bufferOf(result.get()), (Bytes{6, 9, 8, 7})) << "any number but 0 means premultiplied";
 }
 
+TEST(Mask, WithoutMemoryToDrawWithGivesNothing) {
+  const cf::Ref image = makeGrayImage(1, 1, {200}), mask = rgbImage(1, 1, {0, 255, 255, 255});
+  int refusals = 0;
+  bool failed = true;
+  for (long n = 1; failed; ++n) {
+    cf::Ref<DRAVCFImageRef> result;
+    {
+      const testing_support::FailingNew failing(n);
+      result = cf::adopt(DRAVCFImageCreateWithImageAndMask(nullptr, image.get(), mask.get(), 0));
+      failed = failing.failed();
+    }
+    refusals += !result;
+    if (result) {
+      EXPECT_EQ(bufferOf(result.get()), (Bytes{255, 200, 200, 200})) << n;
+    }
+  }
+  EXPECT_GT(refusals, 0);
+}
+
 }  // namespace
