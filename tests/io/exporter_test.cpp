@@ -262,6 +262,17 @@ TEST(Exporter, PCTAsksThePICTEncoderThoughThereBeOneOfItsOwn) {
   EXPECT_EQ(encoder.encoded, 1);
 }
 
+TEST(Exporter, AFileOfNoBytesIsAFile) {
+  const TemporaryFolder folder;
+  const FakeEncoder encoder(0, MEDIA_CODE('P', 'N', 'G', 'f'));
+  const cf::Ref exporter = cf::adopt(DRAVCFImageExporterCreatePNG(nullptr));
+  const cf::Ref data = cf::adopt(DRAVCFImageExportCreateData(nullptr, exporter.get(), picture().get()));
+  ASSERT_TRUE(data);
+  EXPECT_EQ(CFDataGetLength(data.get()), 0);
+  DRAVCFImageExportToFile(exporter.get(), picture().get(), string(folder.file("a")).get());
+  EXPECT_TRUE(std::filesystem::exists(folder.file("a")));
+}
+
 TEST(Exporter, AnEncoderThatCannotBeOpenedOrFailsGivesNothing) {
   const TemporaryFolder folder;
   FakeEncoder encoder(600);
