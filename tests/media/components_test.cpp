@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "media/codecs/registry.h"
 #include "media/graphics_export.h"
 #include "media/graphics_import.h"
 
@@ -43,6 +44,21 @@ TEST(Components, BuiltInOnesAnswerToTheirCodes) {
       EXPECT_EQ(description.componentType, type);
       EXPECT_EQ(description.componentSubType, subType);
       EXPECT_EQ(CloseComponent(instance), noErr);
+    }
+  }
+}
+
+TEST(Components, EveryCodeOfEveryCodecIsOneOfThem) {
+  const auto opens = [](OSType type, OSType subType) {
+    ComponentInstance instance = nullptr;
+    if (OpenADefaultComponent(type, subType, &instance) != noErr) return false;
+    return CloseComponent(instance) == noErr;
+  };
+  for (const codecs::CodecRecord *codec : codecs::all()) {
+    for (const OSType code : codec->importerCodes)
+      EXPECT_TRUE(opens(GraphicsImporterComponentType, code)) << codec->name;
+    if (codec->encode) {
+      EXPECT_TRUE(opens(GraphicsExporterComponentType, codec->exporterCode)) << codec->name;
     }
   }
 }
