@@ -22,7 +22,7 @@ struct Kind {
   const char *format;
   const char *channels;
   CompressionType compression = UndefinedCompression;
-  bool palette = false;
+  ImageType type = UndefinedType;
 };
 
 class Magick {
@@ -38,7 +38,7 @@ class Magick {
   std::vector<uint8_t> written(const Kind &kind, const std::vector<uint8_t> &pixels) {
     Image *image = ConstituteImage(kWidth, kHeight, kind.channels, CharPixel, pixels.data(), exception_);
     if (!image) std::abort();
-    if (kind.palette) SetImageType(image, PaletteType);
+    if (kind.type != UndefinedType) SetImageType(image, kind.type);
     image->compression = info_->compression = kind.compression;
     SetImageOption(info_, "webp:lossless", kind.compression == LZWCompression ? "true" : "false");
     std::strcpy(image->magick, kind.format);
@@ -96,16 +96,22 @@ void read(benchmark::State &state, const Kind &kind) {
   BENCHMARK_CAPTURE(read, name, Kind{__VA_ARGS__})->UseManualTime()->Unit(benchmark::kMillisecond)
 READ(png, "PNG", "RGB");
 READ(png_alpha, "PNG", "RGBA");
+READ(png_palette, "PNG", "RGB", UndefinedCompression, PaletteType);
+READ(png_grey, "PNG", "I", UndefinedCompression, GrayscaleType);
 READ(jpeg, "JPEG", "RGB", JPEGCompression);
+READ(jpeg_grey, "JPEG", "I", JPEGCompression, GrayscaleType);
 READ(tiff, "TIFF", "RGB", NoCompression);
 READ(tiff_lzw, "TIFF", "RGB", LZWCompression);
 READ(tiff_deflate, "TIFF", "RGBA", ZipCompression);
+READ(tiff_palette, "TIFF", "RGB", NoCompression, PaletteType);
+READ(tiff_fax, "TIFF", "RGB", Group4Compression, BilevelType);
 READ(gif, "GIF", "RGB");
 READ(bmp, "BMP", "RGB");
 READ(bmp_alpha, "BMP", "RGBA");
-READ(bmp_runs, "BMP", "RGB", RLECompression, true);
+READ(bmp_two, "BMP", "RGB", NoCompression, BilevelType);
+READ(bmp_runs, "BMP", "RGB", RLECompression, PaletteType);
 READ(tga, "TGA", "RGB");
-READ(tga_palette_runs, "TGA", "RGB", RLECompression, true);
+READ(tga_palette_runs, "TGA", "RGB", RLECompression, PaletteType);
 READ(tga_alpha_runs, "TGA", "RGBA", RLECompression);
 READ(webp, "WEBP", "RGB");
 READ(webp_lossless, "WEBP", "RGBA", LZWCompression);

@@ -65,7 +65,7 @@ inline std::vector<uint8_t> bmpFile() {
   recipe.profile = swappedRgbProfile();
   return makeBmp(recipe);
 }
-inline std::vector<uint8_t> bmpOfRuns() {
+inline std::vector<uint8_t> bmpRunsFile() {
   BmpRecipe recipe{.width = 2, .height = 2, .bits = 8, .compression = 1, .palette = {0, 0xFF0000}};
   recipe.runs = {2, 1, 0, 0, 2, 0, 0, 1};
   return makeBmp(recipe);
@@ -100,7 +100,7 @@ inline std::vector<NamedFile> oneOfEach() {
           {"TIFF of LZW", tiffFile(COMPRESSION_LZW)},
           {"GIF", gifFile()},
           {"BMP", bmpFile()},
-          {"BMP of runs", bmpOfRuns()},
+          {"BMP of runs", bmpRunsFile()},
           {"TGA", tgaFile()},
           {"WebP, lossless", webpFile(true)},
           {"WebP, lossy", webpFile(false)},
