@@ -204,7 +204,8 @@ DRAV_EXPORT DRAVCFImageRef DRAVCFImageCreateWithSize(CFAllocatorRef allocator, C
 DRAV_EXPORT DRAVCFImageRef DRAVCFImageCreateCopy(CFAllocatorRef allocator, DRAVCFImageRef source);
 
 /* Loads an image file. The path extension chooses the decoder; where it names none, or that decoder
- * refuses the file, the bytes decide.
+ * refuses the file, the bytes decide. The file is opened anew then: what comes through a named pipe can be
+ * read once only.
  *
  * path   a POSIX path, absolute or relative.
  * Gives  a new image that holds a platform image; NULL if nothing can read it. */

@@ -116,11 +116,14 @@ TEST_F(Sources, OfATextThatNamesNoFileGiveNone) {
 }
 
 TEST_F(Sources, ThatMayNotBeReadGiveNone) {
+  constexpr uid_t kNobody = 65534;
   const uid_t own = geteuid();
+  if (own == 0 && (seteuid(kNobody) != 0 || seteuid(own) != 0)) {
+    GTEST_SKIP() << "root reads everything, and cannot become anybody else here";
+  }
   for (const LoaderConstructors &loaders : kLoaders) {
     writeFile(folder.file("secret"), loaders.goodBytes());
     ASSERT_EQ(chmod(folder.file("secret").c_str(), 0), 0);
-    constexpr uid_t kNobody = 65534;
     if (own == 0) {
       ASSERT_EQ(seteuid(kNobody), 0);
     }
