@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "../media/one_of_each.h"
+#include "failing_malloc.h"
 #include "files.h"
 #include "io/loader.h"
 
@@ -66,6 +67,30 @@ TEST(LoaderFormats, AProfileInsideBecomesTheColourSpace) {
     ASSERT_TRUE(image) << name;
     const cf::Ref kept = cf::adopt(CGColorSpaceCopyICCProfile(CGImageGetColorSpace(image.get())));
     EXPECT_EQ(bytesOf(kept.get()), profile) << name;
+  }
+}
+
+TEST(LoaderFormats, WithoutMemoryEachGivesNoneOrTheWholeImage) {
+  for (const Format &format : formats()) {
+    const cf::Ref data = dataOf(format.file);
+    const auto load = [&] { return cf::adopt(DRAVCFImageCreateWithData(nullptr, data.get())); };
+    const Bytes whole = pixelsOf(load()->cgImage);
+    bool failed = true;
+    long request = 1;
+    for (; failed; ++request) {
+      ASSERT_LT(request, 1000) << format.name;
+      const cf::Ref image = [&] {
+        const testing_support::FailingMalloc failing(request);
+        auto made = load();
+        failed = failing.failed();
+        return made;
+      }();
+      ASSERT_TRUE(image || failed) << format.name;
+      if (image) {
+        ASSERT_EQ(pixelsOf(image->cgImage), whole) << format.name << " " << request;
+      }
+    }
+    EXPECT_GT(request, 5) << format.name;
   }
 }
 

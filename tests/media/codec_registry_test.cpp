@@ -2,8 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include "jpeg_maker.h"
-#include "png_maker.h"
+#include <string>
+
+#include "one_of_each.h"
 
 namespace {
 
@@ -20,10 +21,24 @@ TEST(CodecRegistry, RecognisesFilesByTheirContent) {
   EXPECT_EQ(codecs::recognise({}), nullptr);
 }
 
+TEST(CodecRegistry, TellsEveryFormatFromAllOthers) {
+  for (const NamedFile &file : oneOfEach()) {
+    const codecs::CodecRecord *codec = codecs::recognise(file.bytes);
+    ASSERT_NE(codec, nullptr) << file.name;
+    EXPECT_EQ(std::string(file.name).find(codec->name), 0u) << file.name << " is taken for " << codec->name;
+  }
+}
+
 TEST(CodecRegistry, FindsCodecsByTheirCodes) {
   EXPECT_EQ(codecs::forImporter(codecs::fourCharacterCode("PNGf")), &codecs::kPngCodec);
   EXPECT_EQ(codecs::forImporter(codecs::fourCharacterCode("JPEG")), &codecs::kJpegCodec);
+  EXPECT_EQ(codecs::forImporter(codecs::fourCharacterCode("TIFF")), &codecs::kTiffCodec);
+  EXPECT_EQ(codecs::forImporter(codecs::fourCharacterCode("GIFf")), &codecs::kGifCodec);
+  EXPECT_EQ(codecs::forImporter(codecs::fourCharacterCode("BMPf")), &codecs::kBmpCodec);
+  EXPECT_EQ(codecs::forImporter(codecs::fourCharacterCode("TPIC")), &codecs::kTgaCodec);
+  EXPECT_EQ(codecs::forImporter(codecs::fourCharacterCode("WEBP")), &codecs::kWebpCodec);
   EXPECT_EQ(codecs::forExporter(codecs::fourCharacterCode("JPEG")), &codecs::kJpegCodec);
+  EXPECT_EQ(codecs::forExporter(codecs::fourCharacterCode("GIFf")), nullptr);
   EXPECT_EQ(codecs::forImporter(codecs::fourCharacterCode("none")), nullptr);
   EXPECT_EQ(codecs::forExporter(0), nullptr);
 }
