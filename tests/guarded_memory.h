@@ -45,11 +45,14 @@ class GuardedMemory {
   uint8_t *base_ = nullptr, *data_ = nullptr;
 };
 
-// An allocator whose blocks end at a guard page. Blocks are aligned to 16 bytes, so only those of a multiple
-// of 16 bytes end exactly there.
+// An allocator whose blocks lie beside a guard page. Those that end there are aligned to 16 bytes unless
+// another alignment is asked for, so only those of a multiple of it end exactly there.
 class GuardedAllocator {
  public:
-  GuardedAllocator() {
+  using Edge = GuardedMemory::Edge;
+
+  explicit GuardedAllocator(Edge edge = Edge::last, size_t alignment = 16)
+      : edge_(edge), alignment_(alignment) {
     CFAllocatorContext context{};
     context.info = this;
     context.allocate = [](CFIndex size, CFOptionFlags, void *info) { return self(info).allocate(size); };
@@ -72,13 +75,15 @@ class GuardedAllocator {
   static GuardedAllocator &self(void *info) { return *static_cast<GuardedAllocator *>(info); }
 
   void *allocate(CFIndex size) {
-    const size_t asked = (static_cast<size_t>(size) - kTailBytes + 15) / 16 * 16;
-    auto memory = std::make_unique<GuardedMemory>(asked == 0 ? 16 : asked, GuardedMemory::Edge::last);
+    const size_t asked = (static_cast<size_t>(size) - kTailBytes + alignment_ - 1) / alignment_ * alignment_;
+    auto memory = std::make_unique<GuardedMemory>(asked == 0 ? alignment_ : asked, edge_);
     void *block = memory->data();
     blocks_.emplace(block, std::move(memory));
     return block;
   }
 
+  Edge edge_;
+  size_t alignment_;
   CFAllocatorRef allocator_ = nullptr;
   std::map<void *, std::unique_ptr<GuardedMemory>> blocks_;
 };
