@@ -17,9 +17,16 @@ ByteMaker regionOf(Box box, std::initializer_list<int> scan) {
   return out;
 }
 
+Fault parse(Bytes record, Region &region, uint64_t workFree = kPictureLimits.workFree) {
+  CGImageDecodeLimits limits = kPictureLimits;
+  limits.workFree = workFree;
+  Budget budget(0, 0, limits);
+  return parseRegion(record, budget, region);
+}
+
 Region parsed(const ByteMaker &bytes) {
   Region region;
-  EXPECT_EQ(parseRegion(bytes.bytes, region), Fault::none);
+  EXPECT_EQ(parse(bytes.bytes, region), Fault::none);
   return region;
 }
 
@@ -57,7 +64,7 @@ TEST(PictRegion, UnsortedAndOddRowsArePutRight) {
 
 TEST(PictRegion, RowsThatGoUpwardsAreDamaged) {
   Region region;
-  EXPECT_EQ(parseRegion(regionOf({0, 0, 4, 4}, {2, 0, 4, kEnd, 0, 0, 4, kEnd, kEnd}).bytes, region),
+  EXPECT_EQ(parse(regionOf({0, 0, 4, 4}, {2, 0, 4, kEnd, 0, 0, 4, kEnd, kEnd}).bytes, region),
             Fault::damaged);
 }
 
@@ -65,7 +72,7 @@ TEST(PictRegion, ScanDataMayStopAnywhere) {
   const ByteMaker whole = regionOf({0, 0, 4, 4}, {0, 0, 2, kEnd, 2, 2, 4, kEnd, 4, 0, 4, kEnd, kEnd});
   for (size_t size = 10; size < whole.bytes.size(); ++size) {
     Region region;
-    EXPECT_EQ(parseRegion(Bytes(whole.bytes).first(size), region), Fault::none);
+    EXPECT_EQ(parse(Bytes(whole.bytes).first(size), region), Fault::none);
   }
 }
 
@@ -88,7 +95,20 @@ TEST(PictRegion, RowsThatWouldTakeGigabytesInFullAreRefused) {
   out.bytes[0] = static_cast<uint8_t>(out.bytes.size() >> 8);
   out.bytes[1] = static_cast<uint8_t>(out.bytes.size());
   Region region;
-  EXPECT_EQ(parseRegion(out.bytes, region), Fault::tooLarge);
+  EXPECT_EQ(parse(out.bytes, region), Fault::tooLarge);
+}
+
+TEST(PictRegion, EveryEdgeCostsWork) {
+  const ByteMaker whole = regionOf({0, 0, 4, 4}, {0, 0, 2, kEnd, 2, 2, 4, kEnd, 4, 0, 4, kEnd, kEnd});
+  Region region;
+  EXPECT_EQ(parse(whole.bytes, region, 10), Fault::none);
+  EXPECT_EQ(parse(whole.bytes, region, 9), Fault::tooLarge);
+}
+
+TEST(PictRegion, RowsWithoutChangesGoOnAsTheOneAbove) {
+  const Region region = parsed(regionOf({0, 0, 4, 1}, {0, 1, 3, kEnd, 1, kEnd, 2, 3, kEnd, kEnd}));
+  EXPECT_EQ(gridOfRegion(region, 4, 3), (Grid{".##.", ".##.", "...."}));
+  EXPECT_EQ(region.bands().size(), 1u);
 }
 
 TEST(PictRegion, EqualRowsAreOneBand) {

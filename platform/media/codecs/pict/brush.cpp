@@ -22,7 +22,13 @@ Brush::Brush(const Pattern &pattern, Transfer mode, const Ink &ink, std::vector<
     if (isBoolean(mode)) ink_.back = kWhite;
   }
   style_ = Style::colours;
+  mode_ = mode;
   transfer_ = transferRow(mode, ink_);
+}
+
+uint64_t Brush::weight() const noexcept {
+  constexpr uint64_t kLaying = 4;
+  return style_ == Style::colours ? kLaying + paintWeight(mode_) : 1;
 }
 
 void Brush::prepareBits(Transfer mode) noexcept {

@@ -15,6 +15,9 @@ class Brush {
 
   bool paintsNothing() const noexcept { return style_ == Style::nothing; }
 
+  // What a pixel costs, against one that is stored.
+  uint64_t weight() const noexcept;
+
   // Paints pixels [left, left + count) of canvas row v, which starts at `row`. Patterns start in the
   // canvas's corner.
   void paint(Pixel *row, int32_t left, int32_t v, size_t count) const noexcept;
@@ -31,6 +34,7 @@ class Brush {
   Ink ink_;
   std::vector<Pixel> &scratch_;
   Style style_ = Style::nothing;
+  Transfer mode_ = Transfer::none;
   TransferRow transfer_ = nullptr;
   BitEffect on_{};
   BitEffect off_{};

@@ -27,6 +27,12 @@ constexpr std::array kFileFormats = std::to_array<FileFormat>({
     {fourCharacterCode("tga "), fourCharacterCode("TPIC")},
 });
 
+// None where that format is not read.
+const CodecRecord *fileCodec(uint32_t code) noexcept {
+  const auto *found = std::ranges::find(kFileFormats, code, &FileFormat::codec);
+  return found == kFileFormats.end() ? nullptr : forImporter(found->importer);
+}
+
 double fixedToDouble(int32_t fixed) noexcept { return fixed / 65536.0; }
 
 Point mapped(const std::array<int32_t, 9> &matrix, Point point) noexcept {
@@ -69,14 +75,11 @@ Palette paletteOf(const ImageDescription &description) noexcept {
   return standardPalette(description.paletteId > 0 ? description.paletteId : description.depth);
 }
 
+bool isReadCodec(uint32_t codec) noexcept { return fileCodec(codec) || isVideoCodec(codec); }
+
 Result<DecodedImage> decodeCompressed(const ImageDescription &description, Bytes data,
                                       const CGImageDecodeLimits &limits) noexcept {
-  for (const FileFormat &format : kFileFormats) {
-    if (format.codec != description.codec) continue;
-    const CodecRecord *codec = forImporter(format.importer);
-    if (!codec) return Fault::unsupported;
-    return codec->decode(data, limits);
-  }
+  if (const CodecRecord *codec = fileCodec(description.codec)) return codec->decode(data, limits);
   return decodeVideoFrame(description, data, limits);
 }
 

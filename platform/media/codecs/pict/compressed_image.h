@@ -25,6 +25,9 @@ Fault readImageDescription(ByteReader &reader, ImageDescription &description) no
 // The colours of indexed pixels: the table that comes along, a standard one, or greys.
 Palette paletteOf(const ImageDescription &description) noexcept;
 
+// Whether images of that format are read at all.
+bool isReadCodec(uint32_t codec) noexcept;
+
 // unsupported: a format, or a variant of one, that is not read.
 Result<DecodedImage> decodeCompressed(const ImageDescription &description, Bytes data,
                                       const CGImageDecodeLimits &limits) noexcept;

@@ -5,6 +5,24 @@ namespace {
 
 constexpr size_t kChannels = 4;
 
+// Against visiting a pixel: adding up its channels, and starting a run of pixels.
+constexpr uint64_t kSummingEffort = 2;
+constexpr uint64_t kRunEffort = 8;
+
+// The first place in [from, to) without a property that all places up to some have; `to` if all have it.
+template <class Has>
+int32_t firstWithout(int32_t from, int32_t to, Has has) noexcept {
+  while (from < to) {
+    const int32_t middle = from + (to - from) / 2;
+    if (has(middle)) {
+      from = middle + 1;
+    } else {
+      to = middle;
+    }
+  }
+  return to;
+}
+
 }  // namespace
 
 // Reducing, neighbouring places share no source pixels and leave none out. Otherwise it is the pixel
@@ -30,8 +48,10 @@ ImageDraw::Axis ImageDraw::makeAxis(int32_t sourceStart, int32_t sourceEnd, int3
   axis.from = std::max(destinationStart, visibleStart);
   axis.to = std::min(destinationEnd, visibleEnd);
   axis.reduces = mayAverage && axis.sourceSize > axis.destinationSize;
-  while (axis.from < axis.to && axis.range(axis.from).first < boundsStart) ++axis.from;
-  while (axis.from < axis.to && axis.range(axis.to - 1).end > boundsEnd) --axis.to;
+  const auto isBefore = [&](int32_t place) { return axis.range(place).first < boundsStart; };
+  const auto isWithin = [&](int32_t place) { return axis.range(place).end <= boundsEnd; };
+  axis.from = firstWithout(axis.from, axis.to, isBefore);
+  axis.to = firstWithout(axis.from, axis.to, isWithin);
   return axis;
 }
 
@@ -40,10 +60,15 @@ ImageDraw::ImageDraw(Port &port, const Placement &placement, const Ink &ink)
       ink_(ink),
       mask_(placement.mask),
       transfer_(transferRow(placement.mode, ink)),
+      weight_(paintWeight(placement.mode)),
       boundsLeft_(placement.bounds.left) {
   const Box &source = placement.source, &destination = placement.destination, &bounds = placement.bounds;
   if (!transfer_ || source.isEmpty() || destination.isEmpty() || bounds.isEmpty()) return;
   const Box visible = port.clip().bounds();
+  const Box reach = visible.intersected(destination);
+  if (reach.isEmpty() ||
+      !port.budget().work(static_cast<uint64_t>(reach.width()) + static_cast<uint64_t>(reach.height())))
+    return;
   const bool mayAverage = placement.mode == Transfer::copy;
   across_ = makeAxis(source.left, source.right, destination.left, destination.right, bounds.left,
                      bounds.right, visible.left, visible.right, mayAverage);
@@ -68,8 +93,8 @@ ImageDraw::ImageDraw(Port &port, const Placement &placement, const Ink &ink)
 bool ImageDraw::row(int32_t y, const Pixel *pixels) {
   if (next_ >= down_.to || y < down_.range(next_).first || y >= endRow_) return true;
   if (averages_) {
-    if (!port_.budget().work(static_cast<uint64_t>(columns_.back().end - columns_.front().first)))
-      return false;
+    const auto summed = static_cast<uint64_t>(columns_.back().end - columns_.front().first);
+    if (!port_.budget().work(kSummingEffort * summed)) return false;
     accumulate(pixels);
     if (down_.range(next_).end > y + 1) return true;
   }
@@ -119,10 +144,10 @@ bool ImageDraw::emit(int32_t v, const Pixel *row) {
     intersectEdges(visible_, mask, runs_);
     if (!port_.budget().work(mask.size())) return false;
   }
-  if (!port_.budget().work(clip.size())) return false;
+  if (!port_.budget().work(clip.size() + kRunEffort * runs_.size())) return false;
   for (size_t i = 0; i < runs_.size(); i += 2) {
     const auto count = static_cast<size_t>(runs_[i + 1] - runs_[i]);
-    if (!port_.budget().paint(count)) return false;
+    if (!port_.budget().paint(count, weight_)) return false;
     transfer_(port_.canvas().row(v) + runs_[i], row + (runs_[i] - across_.from), count, ink_);
   }
   return true;

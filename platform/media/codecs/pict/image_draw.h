@@ -57,6 +57,7 @@ class ImageDraw {
   const Ink ink_;
   const Region *mask_;
   TransferRow transfer_;
+  uint64_t weight_;
   int32_t boundsLeft_;
   Axis across_;
   Axis down_;

@@ -11,12 +11,12 @@ constexpr size_t kBitsBytes = 8;
 // Larger tiles than any screen had are refused rather than kept.
 constexpr uint64_t kMostTilePixels = uint64_t{1} << 22;
 
-Fault readTile(ByteReader &reader, Pattern &pattern) {
+Fault readTile(ByteReader &reader, Budget &budget, Pattern &pattern) {
   PixelRecord record;
   if (const Fault fault = readPatternPixels(reader, record); fault != Fault::none) return fault;
   const uint64_t pixels = uint64_t{record.map.columns()} * record.map.rows();
   if (pixels == 0) return Fault::none;
-  if (pixels > kMostTilePixels) return Fault::tooLarge;
+  if (pixels > kMostTilePixels || !budget.work(pixels)) return Fault::tooLarge;
   pattern.tileWidth = record.map.columns();
   pattern.tileHeight = record.map.rows();
   pattern.tile.resize(static_cast<size_t>(pixels));
@@ -42,11 +42,11 @@ Result<size_t> pixelPatternBytes(Bytes bytes) noexcept {
   return reader.at();
 }
 
-Fault parsePixelPattern(Bytes record, Pattern &pattern) {
+Fault parsePixelPattern(Bytes record, Budget &budget, Pattern &pattern) {
   ByteReader reader(record);
   const uint16_t type = reader.u16();
   pattern = Pattern::ofBits(reader.take(kBitsBytes));
-  if (type != kOneColour) return readTile(reader, pattern);
+  if (type != kOneColour) return readTile(reader, budget, pattern);
   pattern.tileWidth = pattern.tileHeight = 1;
   pattern.tile.assign(1, readColour(reader));
   return Fault::none;

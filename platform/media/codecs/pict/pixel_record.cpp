@@ -72,6 +72,7 @@ bool skipPackedRows(ByteReader &reader, const PixelMap &map) noexcept {
 // Whether every row unpacks to exactly three or four planes, as rows do that are packed indeed.
 bool looksPacked(ByteReader reader, const PixelMap &map) noexcept {
   const size_t plane = map.rowBytes / 4;
+  if (map.columns() == 0) return false;
   for (uint32_t y = 0; y < map.rows(); ++y) {
     const Bytes row = reader.take(map.rowBytes > kLongestByteCount ? reader.u16() : reader.u8());
     if (reader.failed()) return false;

@@ -120,7 +120,8 @@ Fault Player::setPattern(const Opcode &opcode) {
   Pattern pattern = Pattern::ofBits(opcode.operands);
   const bool hasPixels = opcode.code >= op::backPixelPattern;
   if (hasPixels) {
-    if (const Fault fault = parsePixelPattern(opcode.operands, pattern); fault != Fault::none) return fault;
+    const Fault fault = parsePixelPattern(opcode.operands, port_.budget(), pattern);
+    if (fault != Fault::none) return fault;
   }
   switch (opcode.code) {
     case op::backPattern:
@@ -172,7 +173,9 @@ void Player::handleColour(const Opcode &opcode) {
 // A new clip takes the old one's place; they do not add up.
 Fault Player::setClip(Bytes record) {
   Region region;
-  if (const Fault fault = parseRegion(record, region); fault != Fault::none) return fault;
+  const Fault fault = parseRegion(record, port_.budget(), region);
+  if (fault != Fault::none) return fault;
+  if (!port_.budget().work(region.edgeCount())) return Fault::tooLarge;
   port_.setClip(mapping_(region));
   return Fault::none;
 }

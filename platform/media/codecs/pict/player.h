@@ -42,6 +42,10 @@ class Player {
     uint8_t at(uint32_t x, uint32_t y) const noexcept { return alpha[size_t{y} * width + x]; }
   };
 
+  // What a pen size of a certain height means: behind a compressed image it is a mark in front of the
+  // drawing that stands in for it, which is skipped where the image was drawn.
+  enum class PenMark : uint8_t { isSize, isMark, skips };
+
   // How text is set, in the file's terms.
   struct TextState {
     int font = 0;
@@ -77,7 +81,6 @@ class Player {
   TextStyle textStyle() const;
   Fault drawText(const Opcode &opcode);
   bool setText(Bytes letters);
-  bool paintBehind(const TextPlace &place);
 
   // player_images.cpp
   Fault drawBitmap(const Opcode &opcode);
@@ -86,6 +89,7 @@ class Player {
   Fault drawDecoded(const CompressedRecord &record, const DecodedImage &image, const Matte &matte);
   Fault takeMatte(const Opcode &opcode);
   Fault decodeMatte(Bytes bytes, Matte &matte);
+  Result<DecodedImage> decodeInside(const ImageDescription &description, Bytes data);
   void applyMatte(const Matte &matte, const Box &source, int32_t y, int32_t left, Pixel *row,
                   size_t count) noexcept;
   void noteAlpha(const Pixel *row, size_t count) noexcept;
@@ -112,7 +116,7 @@ class Player {
   Pixel alphasShared_ = kAlphaBits;  // and-ed
   Matte matte_;
   Box standIn_;  // where the image went that the next opcodes may stand in for; empty without
-  bool mayStandIn_ = false;
+  PenMark penMark_ = PenMark::isSize;
 };
 
 // The colour of one of the eight old constants, or `other` for numbers that mean none.

@@ -1,5 +1,7 @@
 // Playing the opcodes that bring pixels along.
 
+#include <utility>
+
 #include "media/codecs/pict/bitmap_opcode.h"
 #include "media/codecs/pict/image_draw.h"
 #include "media/codecs/pict/pixel_rows.h"
@@ -12,6 +14,11 @@ namespace {
 // What a pen height of this many pixels means behind a compressed image: the pen's width is the number of
 // bytes of drawing that stands in for it.
 constexpr int16_t kStandInMark = 174;
+
+constexpr uint32_t kMostScansInside = 64;  // of a progressive JPEG
+
+// What decoding a pixel costs, against visiting it.
+constexpr uint64_t kDecodingEffort = 4;
 
 int depthOf(const PixelMap &map) noexcept {
   if (map.isIndexed()) return 8;
@@ -38,11 +45,13 @@ class DecodedRows {
 };
 
 // Reads a mask, where there is one, in canvas coordinates.
-Fault readMask(Bytes record, const Mapping &mapping, Region &mask) {
+Fault readMask(Bytes record, const Mapping &mapping, Budget &budget, Region &mask) {
   if (record.empty()) return Fault::none;
-  const Fault fault = parseRegion(record, mask);
-  if (fault == Fault::none) mask = mapping(mask);
-  return fault;
+  const Fault fault = parseRegion(record, budget, mask);
+  if (fault != Fault::none) return fault;
+  if (!budget.work(mask.edgeCount())) return Fault::tooLarge;
+  mask = mapping(mask);
+  return Fault::none;
 }
 
 }  // namespace
@@ -62,9 +71,11 @@ void Player::noteAlpha(const Pixel *row, size_t count) noexcept {
   alphasShared_ &= shared;
 }
 
-// Decoders inside a picture get what the canvas leaves of the memory.
+// Decoders inside a picture get what the canvas leaves of the memory, and each of what may be many images
+// a share of the patience with scans that add nothing.
 CGImageDecodeLimits Player::limitsInside() const noexcept {
   CGImageDecodeLimits limits = limits_;
+  limits.jpegScans = std::min(limits.jpegScans, kMostScansInside);
   const uint64_t canvas = uint64_t{4} * port_.canvas().width * port_.canvas().height;
   limits.memoryBytes -= std::min(limits.memoryBytes, canvas);
   return limits;
@@ -73,18 +84,15 @@ CGImageDecodeLimits Player::limitsInside() const noexcept {
 // A picture made for systems that can decode the image goes on with a drawing for those that cannot:
 // either as many bytes as a strange pen size says, or one bitmap in the image's place.
 bool Player::isStandIn(const Opcode &opcode) {
+  const Box place = std::exchange(standIn_, Box{});
+  ByteReader reader(opcode.operands);
   if (opcode.code == op::penSize) {
-    ByteReader reader(opcode.operands);
-    if (reader.i16() != kStandInMark || !mayStandIn_) return false;
-    if (!standIn_.isEmpty()) walker_.skip(reader.u16());
-    mayStandIn_ = false;
-    standIn_ = {};
+    if (penMark_ == PenMark::isSize || reader.i16() != kStandInMark) return false;
+    if (std::exchange(penMark_, PenMark::isSize) == PenMark::skips) walker_.skip(reader.u16());
     return true;
   }
-  const Box place = standIn_;
-  standIn_ = {};
+  if (opcode.code >= op::line && opcode.code <= op::directBitsRegion) penMark_ = PenMark::isSize;
   if (!isBitmapOpcode(opcode.code) || place.isEmpty()) return false;
-  ByteReader reader(opcode.operands);
   PixelRecord record;
   return readBitmapOpcode(opcode.code, reader, opcode.wordOpcodes, record) == Fault::none &&
          record.destination == place;
@@ -102,10 +110,12 @@ Fault Player::drawRecord(const PixelRecord &record) {
   const Matte matte = std::move(matte_);
   matte_ = {};
   Region mask;
-  if (const Fault fault = readMask(record.mask, mapping_, mask); fault != Fault::none) return fault;
+  if (const Fault fault = readMask(record.mask, mapping_, port_.budget(), mask); fault != Fault::none)
+    return fault;
 
   // Bits that are copied are coloured at once; other modes want to know which they are.
-  const Transfer mode = transferOf(record.mode);
+  Transfer mode = port_.takeHighlight(transferOf(record.mode));
+  if (mode == Transfer::dimmedOr) mode = Transfer::paintOr;  // only letters are dimmed
   BitColours bits{kBlack, kWhite};
   Ink ink = port_.ink;
   if (map.isBitmap && (mode == Transfer::copy || !isBoolean(mode))) bits = {ink.fore, ink.back};
@@ -118,10 +128,12 @@ Fault Player::drawRecord(const PixelRecord &record) {
       {map.bounds, record.source, mapping_(record.destination), mode, record.mask.empty() ? nullptr : &mask},
       ink);
   noteDrawn(matte.isThere() ? 32 : depthOf(map));
+  if (!port_.budget().work(map.columns())) return Fault::tooLarge;
   PixelRows rows(record, bits);
   std::vector<Pixel> row(map.columns());
   for (int32_t y = map.bounds.top; y < draw.endRow() && y < map.bounds.bottom; ++y) {
     if (y < draw.firstRow()) {
+      if (!port_.budget().work(1)) return Fault::tooLarge;
       rows.skip();
       continue;
     }
@@ -147,12 +159,24 @@ void Player::applyMatte(const Matte &matte, const Box &source, int32_t y, int32_
   }
 }
 
+// Its cost is counted before, as far as it is known then.
+Result<DecodedImage> Player::decodeInside(const ImageDescription &description, Bytes data) {
+  if (!isReadCodec(description.codec)) return Fault::unsupported;
+  const uint64_t described = uint64_t{description.width} * description.height;
+  if (!port_.budget().work(kDecodingEffort * described)) return Fault::tooLarge;
+  auto decoded = decodeCompressed(description, data, limitsInside());
+  const uint64_t pixels = uint64_t{decoded.value.width} * decoded.value.height;
+  if (pixels > described && !port_.budget().work(kDecodingEffort * (pixels - described)))
+    return Fault::tooLarge;
+  return decoded;
+}
+
 // Black is opaque in a matte.
 Fault Player::decodeMatte(Bytes bytes, Matte &matte) {
   ByteReader reader(bytes);
   ImageDescription description;
   if (const Fault fault = readImageDescription(reader, description); fault != Fault::none) return fault;
-  const auto decoded = decodeCompressed(description, reader.rest(), limitsInside());
+  const auto decoded = decodeInside(description, reader.rest());
   if (!decoded) return decoded.fault;
   const DecodedImage &image = decoded.value;
   matte.width = image.width;
@@ -192,14 +216,14 @@ Fault Player::takeMatte(const Opcode &opcode) {
 Fault Player::drawCompressed(Bytes operands) {
   CompressedRecord record;
   if (const Fault fault = readCompressedRecord(operands, record); fault != Fault::none) return fault;
-  mayStandIn_ = true;
-  standIn_ = {};
-  const auto decoded = decodeCompressed(record.description, record.data, limitsInside());
+  penMark_ = PenMark::isMark;
+  const auto decoded = decodeInside(record.description, record.data);
   if (decoded.fault == Fault::unsupported || decoded.fault == Fault::unknownFormat) {
     findings_.leftOutImage = true;  // the stand-in is drawn
     return Fault::none;
   }
   if (!decoded) return decoded.fault;
+  penMark_ = PenMark::skips;
   standIn_ = record.destination();
   Matte matte;
   if (!record.matte.empty()) {
@@ -211,14 +235,21 @@ Fault Player::drawCompressed(Bytes operands) {
 
 Fault Player::drawDecoded(const CompressedRecord &record, const DecodedImage &image, const Matte &matte) {
   Region mask;
-  if (const Fault fault = readMask(record.mask, mapping_, mask); fault != Fault::none) return fault;
-  const bool isCopy = transferOf(record.mode) == Transfer::copy;
-  const bool blends = image.layout == PixelLayout::argb32 && isCopy && !matte.isThere();
+  if (const Fault fault = readMask(record.mask, mapping_, port_.budget(), mask); fault != Fault::none)
+    return fault;
+  Transfer mode = port_.takeHighlight(transferOfCompressed(record.mode));
+  if (mode == Transfer::copy && image.layout == PixelLayout::argb32 && !matte.isThere())
+    mode = Transfer::over;
+  Ink ink = port_.ink;
+  if (isBoolean(mode)) {  // which would tint the image
+    ink.fore = kBlack;
+    ink.back = kWhite;
+  }
   const Box bounds{0, 0, static_cast<int32_t>(image.width), static_cast<int32_t>(image.height)};
-  ImageDraw draw(port_,
-                 {bounds, record.source, mapping_(record.destination()),
-                  blends ? Transfer::over : transferOf(record.mode), record.mask.empty() ? nullptr : &mask},
-                 Ink{});
+  ImageDraw draw(
+      port_,
+      {bounds, record.source, mapping_(record.destination()), mode, record.mask.empty() ? nullptr : &mask},
+      ink);
   noteDrawn(matte.isThere()                                                        ? 32
             : image.layout == PixelLayout::grey8 || record.description.bits() <= 8 ? 8
                                                                                    : 24);

@@ -38,10 +38,12 @@ Fault Player::drawLine(const Opcode &opcode) {
   return port_.line(mapping_(from), mapping_(penAt_)) ? Fault::none : Fault::tooLarge;
 }
 
+// One whose own box says that there is nothing in it is not drawn, whatever its points.
 void Player::readPolygon(Bytes record) {
   ByteReader reader(record);
-  reader.skip(2 + 8);
+  reader.skip(2);
   lastPolygon_.clear();
+  if (readBox(reader).isEmpty()) return;
   while (reader.left() >= 4) lastPolygon_.push_back(readPoint(reader));
 }
 
@@ -54,7 +56,7 @@ Fault Player::drawShape(const Opcode &opcode) {
   if (!isSame) {
     if (kind <= kArc) lastBox_ = readBox(reader);
     if (kind == kPolygon) readPolygon(opcode.operands);
-    if (kind == kRegion) fault = parseRegion(opcode.operands, lastRegion_);
+    if (kind == kRegion) fault = parseRegion(opcode.operands, port_.budget(), lastRegion_);
   }
   if (fault != Fault::none) return fault;
   const auto what = static_cast<Verb>(verb);
@@ -77,12 +79,13 @@ bool Player::playShape(int kind, Verb verb, ByteReader &reader) {
       return port_.arc(verb, mapping_(lastBox_), start, reader.i16());
     }
     case kPolygon: {
+      if (!port_.budget().work(lastPolygon_.size())) return false;
       std::vector<Point> points(lastPolygon_);
       for (Point &point : points) point = mapping_(point);
       return port_.polygon(verb, points);
     }
     default:
-      return port_.region(verb, mapping_(lastRegion_));
+      return port_.budget().work(lastRegion_.edgeCount()) && port_.region(verb, mapping_(lastRegion_));
   }
 }
 

@@ -29,6 +29,15 @@ double ratio(int32_t numerator, int32_t denominator) noexcept {
   return std::clamp(static_cast<double>(numerator) / denominator, 1.0 / 256, 256.0);
 }
 
+// What making a pixel of hollow letters costs, against visiting it.
+constexpr uint64_t kHollowingEffort = 8;
+
+// The box that letters stand in.
+Box groundOf(const TextPlace &place) noexcept {
+  const auto edge = [](double at) { return keepNear(std::lround(std::clamp(at, -1e6, 1e6))); };
+  return {edge(place.left), edge(place.top), edge(place.right), edge(place.bottom)};
+}
+
 }  // namespace
 
 void Player::handleText(const Opcode &opcode) {
@@ -118,25 +127,20 @@ Fault Player::drawText(const Opcode &opcode) {
 
 bool Player::setText(Bytes letters) {
   noteShape(Pattern::solid());
-  if (port_.clip().isEmpty() || text_.mode == Transfer::none) return true;
+  const Transfer mode = port_.takeHighlight(text_.mode);
+  if (port_.clip().isEmpty() || mode == Transfer::none) return true;
   const Point start = mapping_(textAt_);
   const TextRun run{letters, static_cast<double>(start.h), static_cast<double>(start.v),
                     port_.clip().bounds()};
   TextPlace place;
   Coverage coverage = typesetter_.typeset(textStyle(), run, port_.budget(), place);
   if (port_.budget().spent()) return false;
-  if (text_.mode == Transfer::copy && !paintBehind(place)) return false;
   const bool isShadowed = (text_.face & kShadow) != 0;
-  if (!coverage.values.empty() && (isShadowed || (text_.face & kOutline)))
+  if (!coverage.values.empty() && (isShadowed || (text_.face & kOutline))) {
+    if (!port_.budget().work(kHollowingEffort * coverage.values.size())) return false;
     coverage = hollowed(coverage, isShadowed ? 1 : 0);
-  return port_.text(coverage, text_.mode);
-}
-
-// Copied text brings its background along.
-bool Player::paintBehind(const TextPlace &place) {
-  const auto edge = [](double at) { return keepNear(std::lround(std::clamp(at, -1e6, 1e6))); };
-  const Box box{edge(place.left), edge(place.top), edge(place.right), edge(place.bottom)};
-  return port_.paint(Region(box), Pattern{}, Transfer::copy);
+  }
+  return port_.text(coverage, groundOf(place), mode);
 }
 
 }  // namespace codecs::pict

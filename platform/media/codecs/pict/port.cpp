@@ -1,6 +1,11 @@
 #include "media/codecs/pict/port.h"
 
 namespace codecs::pict {
+namespace {
+
+constexpr uint64_t kRunEffort = 4;  // of painting a run's end, its pixels apart
+
+}  // namespace
 
 Port::Port(const Canvas &canvas, Budget &budget)
     : canvas_(canvas), budget_(budget), clip_(canvas.bounds()), scratch_(canvas.width) {}
@@ -29,7 +34,8 @@ bool Port::paint(const Region &shape, const Pattern &pattern, Transfer mode) {
       const auto rows = static_cast<uint64_t>(bottom - top);
       uint64_t painted = 0;
       for (size_t k = 0; k < runs_.size(); k += 2) painted += static_cast<uint64_t>(runs_[k + 1] - runs_[k]);
-      if (!budget_.paint(rows * painted) || !budget_.work(band.count + clips[i].count)) return false;
+      const uint64_t effort = band.count + clips[i].count + kRunEffort * rows * runs_.size();
+      if (!budget_.paint(rows * painted, brush.weight()) || !budget_.work(effort)) return false;
       for (int32_t v = top; v < bottom; ++v) {
         for (size_t k = 0; k < runs_.size(); k += 2) {
           brush.paint(canvas_.row(v), runs_[k], v, static_cast<size_t>(runs_[k + 1] - runs_[k]));

@@ -42,6 +42,9 @@ class Port {
   const Canvas &canvas() const noexcept { return canvas_; }
   Budget &budget() noexcept { return budget_; }
 
+  // What an exclusive or becomes where a highlight was announced for it; others stay as they are.
+  Transfer takeHighlight(Transfer mode) noexcept;
+
   // Replaces the clip; what lies outside the canvas never counts.
   void setClip(const Region &clip);
   const Region &clip() const noexcept { return clip_; }
@@ -59,14 +62,23 @@ class Port {
   bool polygon(Verb verb, std::span<const Point> points);
   bool region(Verb verb, const Region &region);
 
-  // Letters in the foreground colour, or as the mode has it.
-  bool text(const Coverage &letters, Transfer mode);
+  // Letters in the foreground colour, or as the mode has it, and what the mode makes of their ground: the
+  // box that they stand in.
+  bool text(const Coverage &letters, const Box &ground, Transfer mode);
 
  private:
-  bool draw(Verb verb, const Region &shape);
-  bool paintWith(const Region &shape, const Pattern &pattern, Transfer mode);
+  // What a verb paints with.
+  struct Stroke {
+    const Pattern *pattern;
+    Transfer mode;
+  };
+
+  Stroke strokeFor(Verb verb) noexcept;
+  bool draw(const Stroke &stroke, const Region &shape);
+  bool drawLine(const Stroke &stroke, Point from, Point to);
+  bool drawCurved(const Stroke &stroke, const Region &shape);
   bool cover(const Coverage &letters, Pixel colour);
-  bool hasPen() const noexcept;
+  bool canFrame() const noexcept;
   Region ovalFor(Verb verb, const Box &box) const;
 
   const Canvas canvas_;

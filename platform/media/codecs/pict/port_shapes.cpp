@@ -6,9 +6,16 @@
 namespace codecs::pict {
 namespace {
 
-// What a shape of that size costs to make, its pixels apart.
+constexpr uint64_t kRowEffort = 16;  // of making a row of a shape, in pixel visits
+
+// What a shape with curves costs to make, its pixels apart: it is followed from its top, by half pixels.
 uint64_t effort(const Box &box) noexcept {
-  return box.isEmpty() ? 0 : static_cast<uint64_t>(box.width()) + static_cast<uint64_t>(box.height());
+  if (box.isEmpty()) return 0;
+  return static_cast<uint64_t>(box.width()) + kRowEffort * static_cast<uint64_t>(box.height());
+}
+
+uint64_t visibleHeight(const Box &box, Rows rows) noexcept {
+  return static_cast<uint64_t>(std::max(std::min(box.bottom, rows.bottom) - std::max(box.top, rows.top), 0));
 }
 
 Rows visibleRows(const Region &clip) noexcept { return {clip.bounds().top, clip.bounds().bottom}; }
@@ -22,57 +29,72 @@ bool canSee(const Region &clip, const Box &box) noexcept { return !clip.bounds()
 
 }  // namespace
 
-bool Port::draw(Verb verb, const Region &shape) {
+// Consumed by the operation even if nothing of it can be seen.
+Transfer Port::takeHighlight(Transfer mode) noexcept {
+  if (mode != Transfer::paintXor || !hiliteNext) return mode;
+  hiliteNext = false;
+  return Transfer::hilite;
+}
+
+Port::Stroke Port::strokeFor(Verb verb) noexcept {
   static const Pattern solid = Pattern::solid();
   switch (verb) {
-    case Verb::frame:
-    case Verb::paint:
-      return paintWith(shape, pen.pattern, pen.mode);
     case Verb::erase:
-      return paintWith(shape, backPattern, Transfer::copy);
+      return {&backPattern, Transfer::copy};
     case Verb::invert:
-      return paintWith(shape, solid, Transfer::paintXor);
+      return {&solid, takeHighlight(Transfer::paintXor)};
     case Verb::fill:
-      return paintWith(shape, fillPattern, Transfer::copy);
+      return {&fillPattern, Transfer::copy};
+    default:
+      return {&pen.pattern, takeHighlight(pen.mode)};
   }
-  return true;
 }
 
-// A highlight that was announced takes the next exclusive or's place.
-bool Port::paintWith(const Region &shape, const Pattern &pattern, Transfer mode) {
-  if (mode == Transfer::paintXor && hiliteNext) {
-    hiliteNext = false;
-    mode = Transfer::hilite;
-  }
-  return paint(shape, pattern, mode);
+bool Port::draw(const Stroke &stroke, const Region &shape) {
+  return paint(shape, *stroke.pattern, stroke.mode);
 }
 
-bool Port::hasPen() const noexcept { return pen.size.h > 0 && pen.size.v > 0; }
+// The dimming of text, which rectangles and lines take for an or, is nothing that curves can be drawn with.
+bool Port::drawCurved(const Stroke &stroke, const Region &shape) {
+  return stroke.mode == Transfer::dimmedOr || draw(stroke, shape);
+}
 
-bool Port::line(Point from, Point to) {
+bool Port::canFrame() const noexcept { return pen.size.h > 0 && pen.size.v > 0; }
+
+bool Port::drawLine(const Stroke &stroke, Point from, Point to) {
   const Box reach{std::min(from.h, to.h), std::min(from.v, to.v), std::max(from.h, to.h) + pen.size.h,
                   std::max(from.v, to.v) + pen.size.v};
-  if (!hasPen() || !canSee(clip_, reach)) return true;
-  return paintWith(lineRegion(from, to, pen.size, visibleRows(clip_)), pen.pattern, pen.mode);
+  const Rows rows = visibleRows(clip_);
+  if (!canSee(clip_, reach)) return true;
+  return budget_.work(kRowEffort * visibleHeight(reach, rows)) &&
+         draw(stroke, lineRegion(from, to, pen.size, rows));
+}
+
+bool Port::line(Point from, Point to) {
+  const Stroke stroke = strokeFor(Verb::frame);
+  return !canFrame() || drawLine(stroke, from, to);
 }
 
 bool Port::rect(Verb verb, const Box &box) {
+  const Stroke stroke = strokeFor(verb);
   if (!canSee(clip_, box)) return true;
-  if (verb != Verb::frame) return draw(verb, Region(box));
+  if (verb != Verb::frame) return draw(stroke, Region(box));
   const Box inner = box.inset(pen.size.h, pen.size.v);
-  return !hasPen() || draw(verb, inner.isEmpty() ? Region(box) : toggleRegions(Region(box), Region(inner)));
+  return !canFrame() ||
+         draw(stroke, inner.isEmpty() ? Region(box) : toggleRegions(Region(box), Region(inner)));
 }
 
 bool Port::roundRect(Verb verb, const Box &box, Point oval) {
+  const Stroke stroke = strokeFor(verb);
   if (!canSee(clip_, box)) return true;
   if (!budget_.work(effort(box))) return false;
   const Rows rows = visibleRows(clip_);
   const Region outer = roundRectRegion(box, oval, rows);
-  if (verb != Verb::frame) return draw(verb, outer);
-  if (!hasPen()) return true;
+  if (verb != Verb::frame) return drawCurved(stroke, outer);
+  if (!canFrame()) return true;
   const Point innerOval{oval.h - 2 * pen.size.h, oval.v - 2 * pen.size.v};
   const Box inner = box.inset(pen.size.h, pen.size.v);
-  return draw(verb, inner.isEmpty() ? outer : ring(outer, roundRectRegion(inner, innerOval, rows)));
+  return drawCurved(stroke, inner.isEmpty() ? outer : ring(outer, roundRectRegion(inner, innerOval, rows)));
 }
 
 Region Port::ovalFor(Verb verb, const Box &box) const {
@@ -83,36 +105,41 @@ Region Port::ovalFor(Verb verb, const Box &box) const {
 }
 
 bool Port::oval(Verb verb, const Box &box) {
-  if (!canSee(clip_, box) || (verb == Verb::frame && !hasPen())) return true;
-  return budget_.work(effort(box)) && draw(verb, ovalFor(verb, box));
+  const Stroke stroke = strokeFor(verb);
+  if (!canSee(clip_, box) || (verb == Verb::frame && !canFrame())) return true;
+  return budget_.work(effort(box)) && drawCurved(stroke, ovalFor(verb, box));
 }
 
 bool Port::arc(Verb verb, const Box &box, int startAngle, int arcAngle) {
-  if (!canSee(clip_, box) || (verb == Verb::frame && !hasPen())) return true;
+  const Stroke stroke = strokeFor(verb);
+  if (!canSee(clip_, box) || (verb == Verb::frame && !canFrame())) return true;
   if (!budget_.work(2 * effort(box))) return false;
-  return draw(
-      verb, intersectRegions(ovalFor(verb, box), wedgeRegion(box, startAngle, arcAngle, visibleRows(clip_))));
+  return drawCurved(stroke, intersectRegions(ovalFor(verb, box),
+                                             wedgeRegion(box, startAngle, arcAngle, visibleRows(clip_))));
 }
 
 bool Port::polygon(Verb verb, std::span<const Point> points) {
+  const Stroke stroke = strokeFor(verb);
   if (points.size() < 2) return true;
+  if (!budget_.work(points.size())) return false;
   if (verb == Verb::frame) {
-    for (size_t i = 1; i < points.size(); ++i) {
-      if (!line(points[i - 1], points[i])) return false;
+    for (size_t i = 1; i < points.size() && canFrame(); ++i) {
+      if (!drawLine(stroke, points[i - 1], points[i])) return false;
     }
     return true;
   }
   const Rows rows = visibleRows(clip_);
-  return budget_.work(polygonEffort(points, rows)) && draw(verb, polygonRegion(points, rows));
+  return budget_.work(polygonEffort(points, rows)) && draw(stroke, polygonRegion(points, rows));
 }
 
 bool Port::region(Verb verb, const Region &region) {
+  const Stroke stroke = strokeFor(verb);
   if (!canSee(clip_, region.bounds())) return true;
-  if (verb != Verb::frame) return draw(verb, region);
-  if (!hasPen()) return true;
+  if (verb != Verb::frame) return draw(stroke, region);
+  if (!canFrame()) return true;
   const Rows rows = visibleRows(clip_);
-  return budget_.work(insetEffort(region, pen.size, rows)) &&
-         draw(verb, ring(region, insetRegion(region, pen.size, rows)));
+  return budget_.work(region.edgeCount() + insetEffort(region, pen.size, rows)) &&
+         draw(stroke, ring(region, insetRegion(region, pen.size, rows)));
 }
 
 }  // namespace codecs::pict

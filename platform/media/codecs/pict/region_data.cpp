@@ -31,7 +31,7 @@ Result<size_t> regionBytes(Bytes bytes) noexcept {
   return size;
 }
 
-Fault parseRegion(Bytes record, Region &region) {
+Fault parseRegion(Bytes record, Budget &budget, Region &region) {
   ByteReader reader(record);
   reader.skip(2);
   const Box bounds = readBox(reader);
@@ -41,17 +41,20 @@ Fault parseRegion(Bytes record, Region &region) {
     return Fault::none;
   }
   std::vector<int32_t> edges, changes, next;
-  int32_t v = 0, previous = 0;
+  int32_t v = 0, previous = 0, reached = 0;
   while (readRow(reader, v, changes)) {
-    if (!region.isEmpty() || !edges.empty()) {
-      if (v < previous) return Fault::damaged;
-      region.addRows(previous, v, edges);
-    }
-    if (region.edgeCount() > kMostEdges) return Fault::tooLarge;
+    const bool hasStarted = !region.isEmpty() || !edges.empty();
+    if (hasStarted && v < previous) return Fault::damaged;
+    reached = v;
+    if (changes.empty()) continue;
+    if (hasStarted) region.addRows(previous, v, edges);
+    if (region.edgeCount() > kMostEdges || !budget.work(edges.size() + changes.size()))
+      return Fault::tooLarge;
     toggleEdges(edges, changes, next);
     std::swap(edges, next);
     previous = v;
   }
+  region.addRows(previous, reached, edges);
   return Fault::none;
 }
 

@@ -1,6 +1,7 @@
 // Regions as files hold them: rows of inversion points.
 #pragma once
 
+#include "media/codecs/pict/budget.h"
 #include "media/codecs/pict/region.h"
 
 namespace codecs::pict {
@@ -10,7 +11,7 @@ Result<size_t> regionBytes(Bytes bytes) noexcept;
 
 // Rows and edges are not checked against the bounding box; unsorted rows and odd counts, which only damaged
 // files have, are put right. tooLarge when the rows, written out in full, would take more edges than any
-// picture has use for.
-Fault parseRegion(Bytes record, Region &region);
+// picture has use for, or than the budget has left.
+Fault parseRegion(Bytes record, Budget &budget, Region &region);
 
 }  // namespace codecs::pict

@@ -140,14 +140,14 @@ Region slantedLine(Point from, Point to, Point pen, Rows rows) {
     right -= pen.v * slope;
     slope < -0x10000 ? left += 0x10000 : right += slope;
   }
-  const int32_t least = std::min(from.h, to.h), most = std::max(from.h, to.h) + pen.h;
+  const int64_t least = std::min(from.h, to.h), most = std::max(from.h, to.h) + pen.h;
   const int32_t top = std::max(from.v, rows.top), bottom = std::min(to.v + pen.v, rows.bottom);
   left += (top - from.v) * slope;
   right += (top - from.v) * slope;
   Region region;
   for (int32_t v = top; v < bottom; ++v, left += slope, right += slope) {
-    const int32_t edges[] = {std::max(static_cast<int32_t>(left >> 16), least),
-                             std::min(static_cast<int32_t>(right >> 16), most)};
+    const int32_t edges[] = {static_cast<int32_t>(std::clamp(left >> 16, least, most)),
+                             static_cast<int32_t>(std::clamp(right >> 16, least, most))};
     if (edges[0] < edges[1]) region.addRows(v, v + 1, edges);
   }
   return region;

@@ -70,10 +70,9 @@ void blendRow(Pixel *to, const Pixel *from, size_t count, const Ink &ink) noexce
   });
 }
 
-// A pin of nothing would swallow every sum, so it counts as the least there is.
 void addPinRow(Pixel *to, const Pixel *from, size_t count, const Ink &ink) noexcept {
   combineChannels(to, from, count, [&](unsigned s, unsigned d, size_t k) {
-    return std::min(s + d, std::max<unsigned>(ink.weights[k] >> 8, 1));
+    return std::min<unsigned>(s + d, ink.weights[k] >> 8);
   });
 }
 
@@ -144,8 +143,12 @@ constexpr struct {
 
 }  // namespace
 
+Transfer transferOfCompressed(int mode) noexcept {
+  if (mode >= 256 && mode <= 260) return Transfer::copy;  // which keeps the alpha
+  return transferOf(mode);
+}
+
 Transfer transferOf(int mode) noexcept {
-  if (mode >= 256 && mode <= 260) return Transfer::copy;  // of sources with alpha, which a copy keeps
   mode &= ~kDither;
   if (mode >= 0 && mode < 16) return static_cast<Transfer>(mode % 8);
   switch (mode < 48 ? mode & ~8 : mode) {

@@ -35,7 +35,13 @@ enum class Transfer : uint8_t {
 // numbers without a meaning draw nothing.
 Transfer transferOf(int mode) noexcept;
 
+// The same for compressed images, which have modes of their own for sources with alpha.
+Transfer transferOfCompressed(int mode) noexcept;
+
 constexpr bool isBoolean(Transfer mode) noexcept { return mode <= Transfer::notBic; }
+
+// What a pixel costs that is painted so, against one that is stored.
+constexpr uint64_t paintWeight(Transfer mode) noexcept { return isBoolean(mode) ? 1 : 16; }
 
 // The colours that modes work with.
 struct Ink {

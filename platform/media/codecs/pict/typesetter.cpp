@@ -21,6 +21,10 @@ constexpr double kUnderlineShare = 1.0 / 12;
 // Letters beyond that are coloured areas, whatever their shape.
 constexpr double kLargestEm = 16384;
 
+// Against visiting a pixel: looking up a letter, and looking for a family among those installed.
+constexpr uint64_t kLetterEffort = 512;
+constexpr uint64_t kFamilyEffort = 1 << 20;
+
 struct DoneFace {
   void operator()(FT_Face face) const noexcept { FT_Done_Face(face); }
 };
@@ -82,9 +86,10 @@ struct Typesetter::Fonts {
     if (FT_Init_FreeType(&made) == 0) library.reset(made);
   }
 
-  const Font *find(const FontFamily &family, bool isBold, bool isItalic) {
+  const Font *find(const FontFamily &family, bool isBold, bool isItalic, Budget &budget) {
     if (!library) return nullptr;
     const auto [at, isNew] = fonts.try_emplace({family.name, isBold, isItalic});
+    if (isNew && !budget.work(kFamilyEffort)) return nullptr;
     if (isNew) open(at->second, findFontFile(family, isBold, isItalic), isBold, isItalic);
     return at->second.face ? &at->second : nullptr;
   }
@@ -119,6 +124,7 @@ class Setting {
   double letter(uint8_t byte, double left, double baseline) noexcept {
     const char32_t character = characterOf(byte, style_.family.characters);
     if (character == 0) return 0;
+    if (!budget_.work(kLetterEffort)) return 0;
     const FT_UInt glyph = FT_Get_Char_Index(font_.face.get(), character);
     if (FT_Load_Glyph(font_.face.get(), glyph, FT_LOAD_NO_SCALE | FT_LOAD_NO_BITMAP) != 0) return 0;
     FT_GlyphSlot slot = font_.face->glyph;
@@ -184,7 +190,8 @@ Typesetter::~Typesetter() = default;
 Coverage Typesetter::typeset(const TextStyle &style, const TextRun &run, Budget &budget, TextPlace &place) {
   Coverage coverage;
   if (!fonts_) fonts_ = std::make_unique<Fonts>();
-  const Font *font = fonts_->find(style.family, style.isBold || style.family.isAlwaysBold, style.isItalic);
+  const Font *font =
+      fonts_->find(style.family, style.isBold || style.family.isAlwaysBold, style.isItalic, budget);
   const double em = style.size * std::max(style.across, style.down);
   if (!font || run.visible.isEmpty() || !(em < kLargestEm)) return coverage;
   const double unit = style.size / font->face->units_per_EM * style.down;

@@ -24,6 +24,11 @@ constexpr std::array kDecoders = std::to_array<Named>({
     {fourCharacterCode("yuv2"), decodeYuv2},
 });
 
+FrameDecoder decoderOf(uint32_t codec) noexcept {
+  const auto *found = std::ranges::find(kDecoders, codec, &Named::codec);
+  return found == kDecoders.end() ? nullptr : found->decode;
+}
+
 Fault decodeInto(FrameDecoder decode, const ImageDescription &description, Bytes data,
                  DecodedImage &image) noexcept {
   try {
@@ -36,13 +41,15 @@ Fault decodeInto(FrameDecoder decode, const ImageDescription &description, Bytes
 
 }  // namespace
 
+bool isVideoCodec(uint32_t codec) noexcept { return decoderOf(codec) != nullptr; }
+
 Result<DecodedImage> decodeVideoFrame(const ImageDescription &description, Bytes data,
                                       const CGImageDecodeLimits &limits) noexcept {
-  const auto *found = std::ranges::find(kDecoders, description.codec, &Named::codec);
-  if (found == kDecoders.end()) return Fault::unsupported;
+  const FrameDecoder decode = decoderOf(description.codec);
+  if (!decode) return Fault::unsupported;
   DecodedImage image;
   Fault fault = makeFrame(image, description.width, description.height, PixelLayout::xrgb32, limits);
-  if (fault == Fault::none) fault = decodeInto(found->decode, description, data, image);
+  if (fault == Fault::none) fault = decodeInto(decode, description, data, image);
   if (fault != Fault::none) return fault;
   image.depth = 24;
   return image;

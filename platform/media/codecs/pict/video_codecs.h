@@ -5,6 +5,8 @@
 
 namespace codecs::pict {
 
+bool isVideoCodec(uint32_t codec) noexcept;
+
 // unsupported: not one of these codecs, or a depth that it does not have.
 Result<DecodedImage> decodeVideoFrame(const ImageDescription &description, Bytes data,
                                       const CGImageDecodeLimits &limits) noexcept;
