@@ -22,6 +22,7 @@ constexpr std::array kDecoders = std::to_array<Named>({
     {fourCharacterCode("WRLE"), decodeWrle},
     {fourCharacterCode("8BPS"), decode8bps},
     {fourCharacterCode("yuv2"), decodeYuv2},
+    {fourCharacterCode("PNTG"), decodePntg},
 });
 
 FrameDecoder decoderOf(uint32_t codec) noexcept {

@@ -21,6 +21,7 @@ Fault decodeCvid(const ImageDescription &description, Bytes data, DecodedImage &
 Fault decodeSmc(const ImageDescription &description, Bytes data, DecodedImage &image);
 Fault decodeWrle(const ImageDescription &description, Bytes data, DecodedImage &image);
 Fault decode8bps(const ImageDescription &description, Bytes data, DecodedImage &image);
+Fault decodePntg(const ImageDescription &description, Bytes data, DecodedImage &image);
 Fault decodeYuv2(const ImageDescription &description, Bytes data, DecodedImage &image);
 
 // Row y of an image that is being decoded.

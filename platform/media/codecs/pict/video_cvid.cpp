@@ -45,7 +45,7 @@ class MaskReader {
 class Frame {
  public:
   Frame(const ImageDescription &description, DecodedImage &image)
-      : image_(image), palette_(paletteOf(description)), isIndexed_(description.bits() <= 8) {
+      : image_(image), palette_(paletteOf(description)), isIndexed_(description.depth <= 8) {
     for (auto *book : {&books_.smooth, &books_.detailed}) book->fill({kBlack, kBlack, kBlack, kBlack});
   }
 
@@ -137,7 +137,7 @@ class Frame {
 
   DecodedImage &image_;
   const Palette palette_;
-  const bool isIndexed_;  // lumas are palette indices
+  const bool isIndexed_;  // lumas are palette indices; in greys they are the greys themselves
   Books books_;
   uint32_t top_ = 0;  // of the strip
   uint32_t bottom_ = 0;

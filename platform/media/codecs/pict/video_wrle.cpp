@@ -6,6 +6,9 @@
 namespace codecs::pict {
 namespace {
 
+// Behind plain rows. Runs of noise are longer than its rows.
+constexpr size_t kMostPadding = 4;
+
 enum Escape : uint8_t { kEndOfRow = 0, kEndOfImage = 1, kMove = 2 };
 
 void expandRow(const uint8_t *from, int bits, const Palette &palette, Pixel *out, size_t count) noexcept {
@@ -78,9 +81,12 @@ Fault decodeWrle(const ImageDescription &description, Bytes data, DecodedImage &
     return Fault::unsupported;
   const Palette palette = paletteOf(description);
   const size_t rowBytes = (size_t{image.width} * static_cast<size_t>(bits) + 31) / 32 * 4;
-  if (data.size() < rowBytes * image.height) {
-    return bits == 8 ? readRuns(ByteReader(data), IndexWriter(image, palette)) : Fault::damaged;
+  const size_t whole = rowBytes * image.height;
+  if (bits == 8 && (data.size() < whole || data.size() >= whole + kMostPadding)) {
+    const Fault fault = readRuns(ByteReader(data), IndexWriter(image, palette));
+    if (fault == Fault::none || data.size() < whole) return fault;
   }
+  if (data.size() < whole) return Fault::damaged;
   for (uint32_t y = 0; y < image.height; ++y)
     expandRow(data.data() + y * rowBytes, bits, palette, pixelRow(image, image.height - 1 - y), image.width);
   return Fault::none;
