@@ -129,6 +129,31 @@ TEST(PictCompressed, AStrangePenSizeCountsTheBytesThatStandIn) {
   EXPECT_EQ(drawn(withSkippedDrawing("wxyz").end()), (Grid{"#.", ".."}));
 }
 
+TEST(PictCompressed, AMarkBehindACommentStillMarksWhatStandsIn) {
+  PictureMaker picture(2, 2);
+  addCompressed(picture, {"raw ", 2, 2}, kRawRedGreenBlueWhite, {kBox2x2});
+  picture.op(0x00A0).u16({130});
+  picture.op(0x0007).u16({174, 10}).u16({0x0031}).box(0, 0, 2, 2);
+  EXPECT_EQ(drawn(picture.end()), (Grid{"RG", "B."}));
+}
+
+TEST(PictCompressed, BehindOtherDrawingAMarkIsAPenSize) {
+  PictureMaker picture(2, 2);
+  addCompressed(picture, {"raw ", 2, 2}, kRawRedGreenBlueWhite, {kBox2x2});
+  picture.op(0x0030).box(0, 0, 1, 1);
+  picture.op(0x0007).u16({174, 10}).u16({0x0031}).box(0, 0, 2, 2);
+  EXPECT_EQ(drawn(picture.end()), (Grid{"##", "##"}));
+}
+
+TEST(PictCompressed, BlendsTakeTheOperandColour) {
+  PictureMaker picture(1, 1);
+  picture.op(0x001F).u16({-1, 0, 0});
+  addCompressed(picture, {"raw ", 1, 1}, {0, 0, 0}, {{0, 0, 1, 1}, 0, 0, 32});
+  const auto decoded = decodeBytes(picture.end());
+  ASSERT_EQ(decoded.fault, Fault::none);
+  EXPECT_EQ(pixelAt(decoded.value, 0, 0), opaque(0, 255, 255));
+}
+
 TEST(PictCompressed, DamagedImagesAreDamagedPictures) {
   PictureMaker picture(2, 2);
   addCompressed(picture, {"raw ", 2, 2}, {255, 0, 0}, {kBox2x2});

@@ -152,6 +152,11 @@ TEST(PictShapes, APenSweepsAHexagon) {
             (Grid{"##...", "###..", ".###.", "..###", "...##"}));
 }
 
+TEST(PictShapes, PensAndSlopesBeyondSixteenBitsStayInBounds) {
+  const Region line = lineRegion({-98304, 0}, {98301, 1}, {98301, 98301}, {0, 3});
+  EXPECT_EQ(line.bounds(), (Box{-98304, 0, 196602, 3}));
+}
+
 TEST(PictShapes, APenWithoutSizeDrawsNothing) {
   EXPECT_TRUE(lineRegion({0, 0}, {5, 5}, {0, 1}, kAllRows).isEmpty());
   EXPECT_TRUE(lineRegion({0, 0}, {5, 0}, {1, -1}, kAllRows).isEmpty());

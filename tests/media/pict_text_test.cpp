@@ -212,6 +212,26 @@ TEST_F(PictLetters, ModesDecideWhatTheyDoToTheGround) {
   EXPECT_EQ(middleWith(23).first, opaque(255, 0, 0));
 }
 
+// The letter is in its box's middle; its ground is what is off.
+TEST_F(PictLetters, SomeModesChangeTheGroundTheyStandOn) {
+  const auto middleAndGround = [](int mode) {
+    PictureMaker made = picture(40);
+    made.op(0x001A).u16({-1, 0, 0});
+    made.op(0x001B).u16({0, -1, 0});
+    made.op(0x0005).u16({mode});
+    longText(made, 35, 10, "I");
+    const DecodedImage image = decoded(made);
+    return std::pair(pixelAt(image, 15, 20), pixelAt(image, 11, 20));
+  };
+  const Pixel red = opaque(255, 0, 0), green = opaque(0, 255, 0);
+  EXPECT_EQ(middleAndGround(4), std::pair(green, red));
+  EXPECT_EQ(middleAndGround(5), std::pair(kWhite, red));
+  EXPECT_EQ(middleAndGround(6), std::pair(kWhite, kBlack));
+  EXPECT_EQ(middleAndGround(7), std::pair(kWhite, green));
+  EXPECT_EQ(middleAndGround(36), std::pair(red, kWhite));
+  EXPECT_EQ(middleAndGround(39), std::pair(red, green));
+}
+
 TEST_F(PictLetters, AnEmptyClipHidesThem) {
   PictureMaker made = picture();
   made.op(0x0001).u16({10, 0, 0, 0, 0});

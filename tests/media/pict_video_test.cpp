@@ -152,6 +152,27 @@ TEST(PictVideo, WrleRunsMovesAndCopies) {
   EXPECT_EQ(gridOfImage(indexed("WRLE", 6, 3), data), (Grid{"#BBRGB", "######", "RRR###"}));
 }
 
+TEST(PictVideo, WrleRunsMayBeLongerThanPlainRows) {
+  const Vector data{1, 1, 1, 2, 1, 3, 1, 1, 0, 0, 1, 3, 1, 2, 1, 1, 1, 3, 0, 1};
+  EXPECT_EQ(gridOfImage(indexed("WRLE", 4, 2), data), (Grid{"BGRB", "RGBR"}));
+}
+
+TEST(PictVideo, PntgPacksAllRowsInOneGo) {
+  EXPECT_EQ(gridOfImage({"PNTG", 8, 3, 1}, {0xFF, 0xF0, 0, 0x81}),
+            (Grid{"####....", "####....", "#......#"}));
+  EXPECT_EQ(faultOfImage({"PNTG", 8, 3, 1}, {0xFF, 0xF0}), Fault::damaged);
+}
+
+// The luma is an index of the palette at 8 bits, and the grey itself at 40.
+TEST(PictVideo, CvidGreysAreNoIndices) {
+  ByteMaker chunks;
+  chunks.u16({0x2600, 4 + 4}).u8({0, 255, 255, 0});
+  chunks.u16({0x3200, 4 + 1}).u8({0});
+  const Vector frame = vectorFrame(4, 4, chunks.bytes).bytes;
+  EXPECT_EQ(gridOfImage({"cvid", 4, 4, 40, 40}, frame), (Grid{"##..", "##..", "..##", "..##"}));
+  EXPECT_EQ(gridOfImage({"cvid", 4, 4, 8, 8}, frame), (Grid{"..##", "..##", "##..", "##.."}));
+}
+
 TEST(PictVideo, EightBpsPlanesFollowEachOther) {
   const Vector data{0,   2,    0, 2, 0, 3,   0, 3,   0, 2,    0, 2,    0xFF,
                     255, 0xFF, 0, 1, 0, 255, 1, 255, 0, 0xFF, 0, 0xFF, 255};
