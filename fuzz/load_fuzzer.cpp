@@ -23,7 +23,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *bytes, size_t size) {
   CGImageSetDecodeLimits(&limits);
   const auto data = cf::adopt(CFDataCreate(kCFAllocatorDefault, bytes, static_cast<CFIndex>(size)));
   for (const DRAVCFImageFormat format :
-       {kDRAVCFImageFormatUnknown, kDRAVCFImageFormatPNG, kDRAVCFImageFormatJPEG}) {
+       {kDRAVCFImageFormatUnknown, kDRAVCFImageFormatPICT, kDRAVCFImageFormatPCT, kDRAVCFImageFormatPNG,
+        kDRAVCFImageFormatJPEG}) {
     load(data.get(), format);
   }
   return 0;
