@@ -99,6 +99,7 @@ void saveJpegs(const std::filesystem::path &folder) {
 }
 
 using codecs::pict::Box;
+using codecs::pict::ByteMaker;
 using codecs::pict::PictureMaker;
 
 constexpr Box kBox8x4{0, 0, 8, 4};
@@ -155,8 +156,9 @@ std::vector<uint8_t> drawnPicture() {
   return picture.end();
 }
 
-std::vector<uint8_t> textPicture() {
+std::vector<uint8_t> textPicture(int mode = 1) {
   PictureMaker picture(40, 90);
+  picture.op(0x0005).u16({mode});
   picture.op(0x002C).u16({10, 20}).u8({5}).text("Times").u8({0, 0});
   picture.op(0x0003).u16({20});
   picture.op(0x0004).u8({31});
@@ -209,6 +211,31 @@ void savePictures(const std::filesystem::path &folder) {
                                  0xFC, 9, 9, 9, 0xFF, 1, 2, 1, 2, 3, 4, 5, 6, 0xFF, 0};
   save(folder / "raw.pict", compressedPicture("raw ", 24, std::vector<uint8_t>(96, 77)));
   save(folder / "rle.pict", compressedPicture("rle ", 24, rle));
+  save(folder / "rpza.pict",
+       compressedPicture("rpza", 16, {0xE1, 0, 0, 9, 0xC0, 0x7C, 0, 0, 31, 0x1B, 0xE4, 0x1B, 0xE4, 0x80}));
+  ByteMaker vectors;
+  vectors.u8({0, 0, 0, 0}).u16({8, 4, 1, 0x1000, 12 + 16 + 12 + 13, 0, 0, 4, 8});
+  vectors.u16({0x2200, 16}).u8({255, 255, 255, 255, 0, 0, 0, 255, 0, 255, 9, 200});
+  vectors.u16({0x2400, 12}).u8({0, 0, 0, 0, 255, 0, 0, 255});
+  vectors.u16({0x3000, 13}).u32({0x40000000}).u8({1, 0, 1, 1, 0});
+  save(folder / "cvid.pict", compressedPicture("cvid", 24, vectors.bytes));
+  save(folder / "smc.pict",
+       compressedPicture("smc ", 8, {0, 0, 0, 14, 0xA0, 0, 1, 2, 3, 0x1B, 0x1B, 0x1B, 0x1B, 0x20}));
+  save(folder / "smc-octets.pict",
+       compressedPicture("smc ", 8,
+                         {0, 0, 0, 22, 0xC0, 0, 1, 2, 3, 4, 5, 6, 7, 5, 0x30, 0x97, 0x70, 5, 0x37, 0x60, 9}));
+  save(folder / "wrle.pict",
+       compressedPicture("WRLE", 8, {3, 1, 0, 0, 0, 2, 1, 1, 2, 3, 0, 3, 1, 2, 3, 0, 0, 1}));
+  save(folder / "wrle24.pict", compressedPicture("WRLE", 24, std::vector<uint8_t>(96, 50)));
+  ByteMaker planes;
+  for (int row = 0; row < 12; ++row) planes.u16({2});
+  for (unsigned row = 0; row < 12; ++row) planes.u8({0xF9, 20 * row});
+  save(folder / "8bps.pict", compressedPicture("8BPS", 24, planes.bytes));
+  save(folder / "yuv2.pict", compressedPicture("yuv2", 24, std::vector<uint8_t>(64, 90)));
+  save(folder / "pntg.pict", compressedPicture("PNTG", 1, {0xFF, 0xF0, 1, 0x81, 7}));
+  save(folder / "jpeg.pict", compressedPicture("jpeg", 24, makeJpeg(jpeg(JCS_RGB, JCS_YCbCr))));
+  for (const int mode : {0, 4, 6, 32, 49, 50})
+    save(folder / ("text-mode" + std::to_string(mode) + ".pict"), textPicture(mode));
   save(folder / "png.pict", compressedPicture("png ", 24, makePng(png(PNG_COLOR_TYPE_RGB_ALPHA, 8, false))));
 }
 
