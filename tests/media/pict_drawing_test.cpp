@@ -153,6 +153,41 @@ TEST(PictDrawing, TheClipShapesWhatIsPainted) {
   EXPECT_EQ(drawn(picture.end()), (Grid{"##....", "##....", "......"}));
 }
 
+TEST(PictDrawing, APenOfNothingStillMovesAndUndefinedModesDrawNothing) {
+  for (const int mode : {16, 23, 31}) {
+    PictureMaker picture(3, 3);
+    picture.op(0x0008).u16({mode});
+    picture.op(0x0020).u16({0, 0, 0, 2});
+    picture.op(0x0008).u16({8});
+    picture.op(0x0007).u16({0, 0});
+    picture.op(0x0021).u16({2, 2});
+    picture.op(0x0007).u16({1, 1});
+    picture.op(0x0023).u8({0xFE, 0});
+    EXPECT_EQ(drawn(picture.end()), (Grid{"...", "...", "###"})) << mode;
+  }
+}
+
+TEST(PictDrawing, OriginsAddUpAndTheClipStaysWhereItWasSet) {
+  PictureMaker picture(2, 5);
+  picture.op(0x0001).u16({10}).box(0, 1, 2, 4);
+  picture.op(0x000C).u16({-1, 0});
+  picture.op(0x000C).u16({-1, -1});
+  rect(picture, 0x31, {-2, 0, 3, 1});
+  EXPECT_EQ(drawn(picture.end()), (Grid{".....", ".###."}));
+}
+
+TEST(PictDrawing, PixelPatternsEraseAndSurviveTheOthers) {
+  PictureMaker picture(1, 4);
+  picture.op(0x0012).u16({2}).u32({0, 0}).u16({-1, 0, 0});
+  picture.op(0x0014).u16({2}).u32({0, 0}).u16({0, 0, -1});
+  rect(picture, 0x32, {0, 0, 1, 1});
+  rect(picture, 0x34, {1, 0, 2, 1});
+  rect(picture, 0x31, {2, 0, 3, 1});
+  picture.op(0x0002).u32({0, 0});
+  rect(picture, 0x32, {2, 0, 4, 1});
+  EXPECT_EQ(drawn(picture.end()), (Grid{"RB.."}));
+}
+
 TEST(PictDrawing, PatternsStartInTheCanvassCorner) {
   PictureMaker picture(2, 10);
   picture.op(0x0009).u8({0x80, 0x01, 0, 0, 0, 0, 0, 0});
