@@ -203,6 +203,11 @@ struct Lanes<mode::Screen> {
     return hn::Add(
         s, inHalves(hn::Not(s), d, [](Words inverseS, Words y) { return rounded(hn::Mul(inverseS, y)); }));
   }
+  // The inverse of the product of the inverses, which is the same.
+  static HWY_INLINE Bytes ofInverses(Bytes s, Bytes d) {
+    const auto half = [](Words x, Words y) { return rounded(hn::Mul(x, y)); };
+    return joinedInverse(half(evenBytes(s), evenBytes(d)), half(oddBytes(s), oddBytes(d)));
+  }
   static HWY_INLINE Bytes argb(const Argb &p) { return opaque(p.s, p.d); }
 };
 
