@@ -107,7 +107,7 @@ HWY_INLINE Outcome combine(Bytes s, Bytes d) {
     return combineARGB<Mode>(s, d);
   } else if constexpr (Format == PixelFormat::xrgb && Mode::mode == kDRAVCFBlendModeScreen) {
     // A source of 0 leaves the destination's byte, which takes fewer steps than selecting it afterwards.
-    return certain(Lanes<Mode>::ofInverses(hn::Not(hn::And(s, colourBytes())), hn::Not(d)));
+    return certain(Lanes<Mode>::opaque(hn::And(s, colourBytes()), d));
   } else {
     Outcome outcome = combineOpaque<Format, Mode>(s, d);
     if constexpr (Format == PixelFormat::xrgb)

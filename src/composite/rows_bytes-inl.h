@@ -48,6 +48,13 @@ HWY_INLINE Bytes colourBytes() { return hn::BitCast(D8(), hn::Set(D32(), 0xFFFFF
 HWY_INLINE Words divided(Words biased) { return hn::MulHigh(biased, words(257)); }
 HWY_INLINE Words rounded(Words n) { return divided(hn::Add(n, words(128))); }
 
+// N / 255 to nearest of even and odd bytes, from N + 128. The odd ones' quotients come about in the upper
+// half of their words, where they stay.
+HWY_INLINE Bytes joinedQuotients(Words even, Words odd) {
+  const Words upper = hn::Add(odd, hn::ShiftRight<8>(odd));
+  return hn::BitCast(D8(), hn::IfVecThenElse(words(0xFF00), upper, divided(even)));
+}
+
 // What is missing from N / 255 to 255, which is 0 for every larger N: taking it away clamps for nothing.
 // N is exact up to 65025; above that any larger value will do.
 HWY_INLINE Words missing(Words n) { return divided(hn::SaturatedSub(words(255 * 255 + 128), n)); }
@@ -196,19 +203,21 @@ struct Lanes<mode::Multiply> {
         p, [&](Words s, Words d) { return hn::SaturatedAdd(hn::Mul(s, d), uncoveredProducts(p, s, d)); });
   }
 };
-// Alphas screen like colours, so both layouts are one: s + d (255 - s).
+// Alphas screen like colours, so both layouts are one: the inverse of the product of the inverses. The odd
+// bytes are multiplied where they are, 256 times themselves: the upper half of that product is theirs.
 template <>
 struct Lanes<mode::Screen> {
   static HWY_INLINE Bytes opaque(Bytes s, Bytes d) {
-    return hn::Add(
-        s, inHalves(hn::Not(s), d, [](Words inverseS, Words y) { return rounded(hn::Mul(inverseS, y)); }));
-  }
-  // The inverse of the product of the inverses, which is the same.
-  static HWY_INLINE Bytes ofInverses(Bytes s, Bytes d) {
-    const auto half = [](Words x, Words y) { return rounded(hn::Mul(x, y)); };
-    return joinedInverse(half(evenBytes(s), evenBytes(d)), half(oddBytes(s), oddBytes(d)));
+    const Words all = words(255 * 255 + 128);
+    return joinedQuotients(
+        hn::Sub(all, hn::Mul(inverseIn(words(0x00FF), s), inverseIn(words(0x00FF), d))),
+        hn::Sub(all, hn::MulHigh(inverseIn(words(0xFF00), s), inverseIn(words(0xFF00), d))));
   }
   static HWY_INLINE Bytes argb(const Argb &p) { return opaque(p.s, p.d); }
+
+ private:
+  // 255 less each byte that `mask` is of, 0 elsewhere.
+  static HWY_INLINE Words inverseIn(Words mask, Bytes v) { return hn::AndNot(hn::BitCast(D16(), v), mask); }
 };
 
 // Overlay and HardLight are s + d - R / 255, where, with x the component that decides the branch, y the other
