@@ -114,10 +114,11 @@ std::vector<uint8_t> bitmapPicture(int opcode, int pixelSize, int packType, int 
   if (!isDirect) picture.u32({0}).u16({0, 1, 0, -1, 0, 0, 1, 0, 0, -1});
   addBoxes(picture, kBox8x4, {1, 1, 11, 7}, packType == 1 ? 36 : 0);
   if (opcode & 1) picture.u16({28}).box(1, 1, 7, 9).u16({1, 1, 9, 0x7FFF, 7, 1, 9, 0x7FFF, 0x7FFF});
-  const bool isRaw = pixelSize < 8 || packType == 1 || packType == 2;
+  const bool isPlain32 = pixelSize == 32 && packType == 0;
+  const bool isRaw = pixelSize < 8 || packType == 1 || packType == 2 || isPlain32;
   for (unsigned y = 0; y < 4; ++y) {
     if (isRaw) {
-      for (unsigned i = 0; i < (packType == 2 ? 24u : static_cast<unsigned>(pixelSize)); ++i)
+      for (unsigned i = 0; i < (packType == 2 || isPlain32 ? 24u : static_cast<unsigned>(pixelSize)); ++i)
         picture.u8({i * 30 + y});
     } else {
       picture.u8({5, 0xFD, y, 0x01, 9, 200});
