@@ -248,14 +248,21 @@ TEST(PictDrawing, AHighlightTakesTheNextExclusiveOrsPlace) {
 }
 
 TEST(PictDrawing, OldColoursAreNamedByNumbers) {
-  PictureMaker picture(1, 3);
-  const int numbers[] = {205, 409, 30};
-  for (int i = 0; i < 3; ++i) {
+  PictureMaker picture(1, 9);
+  const int numbers[] = {33, 30, 205, 341, 409, 273, 137, 69, 7};
+  for (int i = 0; i < 9; ++i) {
     picture.op(0x000E).u16({0, numbers[i]});
     rect(picture, 0x31, {i, 0, i + 1, 1});
   }
-  const Letters letters{{opaque(0xDD, 8, 6), 'R'}, {opaque(0, 0, 0xD4), 'B'}, {kWhite, '.'}};
-  EXPECT_EQ(drawn(picture.end(), letters), (Grid{"RB."}));
+  const Letters letters{{kBlack, '#'},
+                        {kWhite, '.'},
+                        {opaque(0xDD, 0x08, 0x06), 'R'},
+                        {opaque(0x00, 0x80, 0x11), 'G'},
+                        {opaque(0x00, 0x00, 0xD4), 'B'},
+                        {opaque(0x02, 0xAB, 0xEA), 'C'},
+                        {opaque(0xF2, 0x08, 0x84), 'M'},
+                        {opaque(0xFC, 0xF3, 0x05), 'Y'}};
+  EXPECT_EQ(drawn(picture.end(), letters), (Grid{"#.RGBCMY#"}));
 }
 
 TEST(PictDrawing, PixelPatternsHaveTheirOwnColours) {
