@@ -5,6 +5,7 @@
 #include <cstring>
 #include <random>
 
+#include "decoded_pixels.h"
 #include "png_maker.h"
 #include "profiles.h"
 
@@ -12,6 +13,8 @@ namespace {
 
 using codecs::Fault;
 using codecs::PixelLayout;
+using decoded_pixels::Pixel;
+using decoded_pixels::pixelAt;
 
 const CGImageDecodeLimits kLimits = CGImageGetDefaultDecodeLimits();
 
@@ -20,11 +23,6 @@ uint8_t toByte(unsigned value, int bits) {
   const double most = (1u << bits) - 1;
   return static_cast<uint8_t>(std::lround(value * 255.0 / most));
 }
-
-struct Pixel {
-  uint8_t a, r, g, b;
-  bool operator==(const Pixel &) const = default;
-};
 
 Pixel expectedPixel(const PngRecipe &recipe, uint32_t x, uint32_t y) {
   const auto value = [&](size_t channel) { return toByte(recipe.sample(x, y, channel), recipe.bitDepth); };
@@ -58,24 +56,9 @@ PixelLayout expectedLayout(const PngRecipe &recipe) {
   return recipe.colourType == PNG_COLOR_TYPE_GRAY ? PixelLayout::grey8 : PixelLayout::xrgb32;
 }
 
-Pixel pixelAt(const codecs::DecodedImage &image, uint32_t x, uint32_t y) {
-  const uint8_t *at = image.row(y) + x * bytesPerPixel(image.layout);
-  if (image.layout == PixelLayout::grey8) return {255, at[0], at[0], at[0]};
-  return {at[0], at[1], at[2], at[3]};
-}
-
 void expectSame(const codecs::DecodedImage &image, const PngRecipe &recipe) {
-  ASSERT_EQ(image.width, recipe.width);
-  ASSERT_EQ(image.height, recipe.height);
-  ASSERT_EQ(image.layout, expectedLayout(recipe));
-  EXPECT_EQ(image.depth, image.layout == PixelLayout::grey8    ? 8
-                         : image.layout == PixelLayout::xrgb32 ? 24
-                                                               : 32);
-  for (uint32_t y = 0; y < recipe.height; ++y) {
-    for (uint32_t x = 0; x < recipe.width; ++x) {
-      ASSERT_EQ(pixelAt(image, x, y), expectedPixel(recipe, x, y)) << "at " << x << ", " << y;
-    }
-  }
+  decoded_pixels::expectPixels(image, recipe.width, recipe.height, expectedLayout(recipe),
+                               [&](uint32_t x, uint32_t y) { return expectedPixel(recipe, x, y); });
 }
 
 PngRecipe randomRecipe(int colourType, int bitDepth, bool interlaced, uint32_t width = 19,

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <random>
 
+#include "decoded_pixels.h"
 #include "media/codecs/registry.h"
 #include "profiles.h"
 #include "tiff_maker.h"
@@ -13,19 +14,12 @@ namespace {
 
 using codecs::Fault;
 using codecs::PixelLayout;
+using decoded_pixels::Pixel;
+using decoded_pixels::pixelAt;
 
 using Numbers = std::initializer_list<uint16_t>;
 
 const CGImageDecodeLimits kLimits = CGImageGetDefaultDecodeLimits();
-
-struct Pixel {
-  uint8_t a, r, g, b;
-  bool operator==(const Pixel &) const = default;
-};
-
-void PrintTo(const Pixel &pixel, std::ostream *out) {
-  *out << int{pixel.a} << ' ' << int{pixel.r} << ' ' << int{pixel.g} << ' ' << int{pixel.b};
-}
 
 // A value of that many bits, as a byte rounded to nearest.
 uint8_t toByte(unsigned value, unsigned bits) {
@@ -79,24 +73,9 @@ PixelLayout expectedLayout(const TiffRecipe &recipe) {
              : PixelLayout::xrgb32;
 }
 
-Pixel pixelAt(const codecs::DecodedImage &image, uint32_t x, uint32_t y) {
-  const uint8_t *at = image.row(y) + x * bytesPerPixel(image.layout);
-  if (image.layout == PixelLayout::grey8) return {255, at[0], at[0], at[0]};
-  return {at[0], at[1], at[2], at[3]};
-}
-
 void expectSame(const codecs::DecodedImage &image, const TiffRecipe &recipe) {
-  ASSERT_EQ(image.width, recipe.width);
-  ASSERT_EQ(image.height, recipe.height);
-  ASSERT_EQ(image.layout, expectedLayout(recipe));
-  EXPECT_EQ(image.depth, image.layout == PixelLayout::grey8    ? 8
-                         : image.layout == PixelLayout::xrgb32 ? 24
-                                                               : 32);
-  for (uint32_t y = 0; y < recipe.height; ++y) {
-    for (uint32_t x = 0; x < recipe.width; ++x) {
-      ASSERT_EQ(pixelAt(image, x, y), expectedPixel(recipe, x, y)) << "at " << x << ", " << y;
-    }
-  }
+  decoded_pixels::expectPixels(image, recipe.width, recipe.height, expectedLayout(recipe),
+                               [&](uint32_t x, uint32_t y) { return expectedPixel(recipe, x, y); });
 }
 
 void expectReadsBack(const TiffRecipe &recipe) {
