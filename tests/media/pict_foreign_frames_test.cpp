@@ -1,5 +1,7 @@
 // Frames that ffmpeg compresses, as images inside pictures, show what it shows itself.
 
+#include <ostream>
+
 #include "compressed_maker.h"
 #include "foreign_programs.h"
 
@@ -12,6 +14,10 @@ struct Frame {
   const char *codec;
   int depth;
 };
+
+void PrintTo(const Frame &frame, std::ostream *out) {
+  *out << frame.encoder << " of " << frame.pixels << ", depth " << frame.depth;
+}
 
 constexpr int kWidth = 64, kHeight = 48;
 
