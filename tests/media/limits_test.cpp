@@ -14,6 +14,8 @@ TEST(DecodeLimits, DefaultsAreTheDocumentedOnes) {
   EXPECT_EQ(limits.profileBytes, 4194304u);
   EXPECT_EQ(limits.pictOpcodes, 10000000u);
   EXPECT_EQ(limits.paintedFrames, 64u);
+  EXPECT_EQ(limits.pictWork, 3000000000u);
+  EXPECT_EQ(limits.pictJpegScans, 64u);
 }
 
 TEST(DecodeLimits, WhatIsSetHoldsUntilTheDefaultsAreSetAgain) {

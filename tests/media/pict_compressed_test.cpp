@@ -37,6 +37,19 @@ TEST(PictCompressed, TheDataStartsBehindWhateverDescriptionThereIs) {
   }
 }
 
+TEST(PictCompressed, AJpegInsideMayHaveFewerScansThanOneByItself) {
+  PictureMaker picture(16, 16);
+  addCompressed(
+      picture, {"jpeg", 16, 16},
+      makeJpeg({.width = 16, .height = 16, .progressive = true, .samples = Vector(16 * 16 * 3, 99)}),
+      {{0, 0, 16, 16}});
+  const Vector file = picture.end();
+  CGImageDecodeLimits limits = kPictureLimits;
+  EXPECT_EQ(decodePict(file, limits).fault, Fault::none);
+  limits.pictJpegScans = 3;
+  EXPECT_EQ(decodePict(file, limits).fault, Fault::tooLarge);
+}
+
 TEST(PictCompressed, FilesOfOtherFormatsAreDecodedByTheirCodecs) {
   PictureMaker picture(1, 3);
   addCompressed(picture, {"png ", 2, 1},

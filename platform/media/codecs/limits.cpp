@@ -15,6 +15,8 @@ constexpr CGImageDecodeLimits kDefaults{
     .paintedFrames = 64,
     .workFree = uint64_t{1} << 28,
     .workPerByte = 64,
+    .pictWork = 3'000'000'000,
+    .pictJpegScans = 64,
 };
 
 std::mutex lock;

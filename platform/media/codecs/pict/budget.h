@@ -14,8 +14,8 @@ class Budget {
   // free. However large they are, they may keep nobody waiting.
   Budget(uint64_t framePixels, size_t fileBytes, const CGImageDecodeLimits &limits) noexcept
       : paintLeft_(std::max(limits.paintedFrames * framePixels, limits.workFree)),
-        workLeft_(std::min(limits.workFree + limits.workPerByte * (fileBytes + 4 * framePixels), kMostWork)) {
-  }
+        workLeft_(std::min(limits.workFree + limits.workPerByte * (fileBytes + 4 * framePixels),
+                           limits.pictWork)) {}
 
   // Each is false once more has been asked for than there was. Painting is a store a pixel, several of which
   // fit into the time of one visit; modes that calculate count a pixel as so many more.
@@ -24,9 +24,6 @@ class Budget {
   bool spent() const noexcept { return spent_; }
 
  private:
-  // Visits take up to two nanoseconds.
-  static constexpr uint64_t kMostWork = 3'000'000'000;
-
   bool take(uint64_t &left, uint64_t count) noexcept {
     if (count > left) spent_ = true;
     left -= std::min(left, count);

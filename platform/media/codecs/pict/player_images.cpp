@@ -15,8 +15,6 @@ namespace {
 // bytes of drawing that stands in for it.
 constexpr int16_t kStandInMark = 174;
 
-constexpr uint32_t kMostScansInside = 64;  // of a progressive JPEG
-
 // What decoding a pixel costs, against visiting it.
 constexpr uint64_t kDecodingEffort = 4;
 
@@ -75,7 +73,7 @@ void Player::noteAlpha(const Pixel *row, size_t count) noexcept {
 // a share of the patience with scans that add nothing.
 CGImageDecodeLimits Player::limitsInside() const noexcept {
   CGImageDecodeLimits limits = limits_;
-  limits.jpegScans = std::min(limits.jpegScans, kMostScansInside);
+  limits.jpegScans = std::min(limits.jpegScans, limits.pictJpegScans);
   const uint64_t canvas = uint64_t{4} * port_.canvas().width * port_.canvas().height;
   limits.memoryBytes -= std::min(limits.memoryBytes, canvas);
   return limits;
